@@ -1,0 +1,31 @@
+#ifndef KYV_RESRCCL_H
+#define KYV_RESRCCL_H
+
+#include "KYV/Strings.h"
+
+namespace KYV {
+
+class String;
+
+/// Reads a command line: keyed options ("-pd us", "--pd=us") and positional arguments.
+class ResrcCL {
+ public:
+  /// @param arguments  the program's own name first
+  explicit ResrcCL(const Strings& arguments) : args(arguments) {}
+
+  int rewind();
+  /// The next argument when it is keyed: 1 with name and value, 0 when it is not (and stays), -1 at the end.
+  int getKeyed(String& name, String& value);
+  /// The next argument, whatever it is: its number among the positional ones from 0 on, -1 at the end.
+  int getPosition(String& value);
+  /// 2 when `given` is the abbreviation, 1 when the long name begins with it, else 0.
+  static int compare(const char* given, const char* longName, const char* abbrev);
+
+ private:
+  Strings args;
+  int cur = 1;
+  int position = 0;
+};
+
+}  // namespace KYV
+#endif

@@ -1,0 +1,123 @@
+#include "HttpTransfer.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "KYV/Kyv.h"
+
+namespace KYV {
+
+namespace {
+
+constexpr long CONNECT_SECONDS = 10;
+constexpr long TOTAL_SECONDS = 300;
+// Slower than this for so long counts as a stall.
+constexpr long STALL_BYTES = 100;
+constexpr long STALL_SECONDS = 30;
+// Milliseconds between two looks when libcurl names none, and at most.
+constexpr long WAIT_DEFAULT = 100;
+constexpr long WAIT_MOST = 1000;
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool beginsWith(std::string_view line, std::string_view lowCaseName) {
+  return line.size() >= lowCaseName.size() &&
+         std::equal(lowCaseName.begin(), lowCaseName.end(), line.begin(), [](char a, char b) { return a == lower(b); });
+}
+
+// The number after any blanks; -1 when there is none.
+std::int64_t toNumber(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  std::int64_t value = -1;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  return result.ec == std::errc() && value >= 0 ? value : -1;
+}
+
+}  // namespace
+
+HttpTransfer::~HttpTransfer() {
+  if (multi && easy) curl_multi_remove_handle(multi, easy);
+  if (easy) curl_easy_cleanup(easy);
+  if (multi) curl_multi_cleanup(multi);
+}
+
+bool HttpTransfer::start(const char* url, Sink sink) {
+  take = std::move(sink);
+  easy = curl_easy_init();
+  multi = curl_multi_init();
+  if (!easy || !multi) return false;
+  curl_easy_setopt(easy, CURLOPT_URL, url);
+  curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+  curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpTransfer::onBody);
+  curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
+  curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpTransfer::onHeader);
+  curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+  curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http");
+  curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
+  curl_easy_setopt(easy, CURLOPT_PROXY, "");  // also hides the proxies of the environment
+  curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, CONNECT_SECONDS);
+  curl_easy_setopt(easy, CURLOPT_TIMEOUT, TOTAL_SECONDS);
+  curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, STALL_BYTES);
+  curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, STALL_SECONDS);
+  running = curl_multi_add_handle(multi, easy) == CURLM_OK;
+  return running;
+}
+
+bool HttpTransfer::perform(const char* tag) {
+  if (!running) return false;
+  int handles = 0;
+  const CURLMcode code = curl_multi_perform(multi, &handles);
+  Kyv::outDebug(5, "%s-mp: %d %d\n", tag, static_cast<int>(code), handles);
+  running = code == CURLM_OK && handles > 0;
+  return running;
+}
+
+void HttpTransfer::wait(const char* tag) {
+  if (!running) return;
+  long milliseconds = -1;
+  curl_multi_timeout(multi, &milliseconds);
+  if (milliseconds < 0) milliseconds = WAIT_DEFAULT;
+  milliseconds = std::min(milliseconds, WAIT_MOST);
+  Kyv::outDebug(5, "%s-to: %ld\n", tag, milliseconds);
+  // The library's own form of select: it has no limit on descriptor numbers.
+  int ready = 0;
+  const CURLMcode code = curl_multi_poll(multi, nullptr, 0, static_cast<int>(milliseconds), &ready);
+  Kyv::outDebug(5, "%s-fd: %d\n", tag, ready);
+  Kyv::outDebug(5, "%s-sel: %d\n", tag, static_cast<int>(code));
+  if (code != CURLM_OK) running = false;
+}
+
+std::size_t HttpTransfer::onHeader(char* line, std::size_t size, std::size_t n, void* self) {
+  static_cast<HttpTransfer*>(self)->takeHeader(size * n, line);
+  return size * n;
+}
+
+std::size_t HttpTransfer::onBody(char* bytes, std::size_t size, std::size_t n, void* self) {
+  HttpTransfer& transfer = *static_cast<HttpTransfer*>(self);
+  transfer.headersDone = true;
+  return transfer.take(bytes, size * n) ? size * n : 0;
+}
+
+void HttpTransfer::takeHeader(std::size_t n, const char* text) {
+  static constexpr std::string_view CONTENT_LENGTH = "content-length:";
+  const std::string_view line(text, n);
+  if (beginsWith(line, "http/")) {
+    // A new status line makes the headers before it an interim answer.
+    const std::size_t blank = line.find(' ');
+    status = blank == std::string_view::npos
+                 ? 0
+                 : static_cast<int>(std::min<std::int64_t>(toNumber(line.substr(blank)), 999));
+    length = -1;
+    headersDone = false;
+  } else if (beginsWith(line, CONTENT_LENGTH)) {
+    length = toNumber(line.substr(CONTENT_LENGTH.size()));
+  } else if (line.find_first_not_of("\r\n") == std::string_view::npos && status >= OK) {
+    headersDone = true;
+  }
+}
+
+}  // namespace KYV
