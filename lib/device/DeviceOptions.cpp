@@ -1,0 +1,41 @@
+#include "DeviceOptions.h"
+
+#include <algorithm>
+
+#include "KYV/StrLib.h"
+#include "KYV/Strings.h"
+
+namespace KYV {
+
+namespace {
+
+// No number at all is Const::MISS, which is as far out of range as "nan".
+bool within(float v, float low, float high) { return v >= low && v <= high; }
+
+}  // namespace
+
+const Paper* DeviceOptions::findPaper(std::span<const Paper> papers, const char* name) {
+  const auto row = std::ranges::find_if(papers, [&](const Paper& p) { return StrLib::iequal(p.name, name); });
+  return row != papers.end() ? &*row : nullptr;
+}
+
+bool DeviceOptions::getNumber(const Strings& items, int i, int from, float low, float high, float& value) {
+  const float v = items.getFloat(i, from);
+  if (!within(v, low, high)) return false;
+  value = v;
+  return true;
+}
+
+bool DeviceOptions::getSize(const Strings& items, int i, int from, float& w, float& h) {
+  const Strings sides(items.getString(i, from), ':');
+  float first = 0.0f, second = 0.0f;
+  if (sides.getNum() != 2 || !getNumber(sides, 0, 0, MIN_INCHES, MAX_INCHES, first) ||
+      !getNumber(sides, 1, 0, MIN_INCHES, MAX_INCHES, second)) {
+    return false;
+  }
+  w = first;
+  h = second;
+  return true;
+}
+
+}  // namespace KYV
