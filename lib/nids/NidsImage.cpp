@@ -1,0 +1,176 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <span>
+
+#include "KYV/Const.h"
+#include "KYV/Kyv.h"
+#include "KYV/NidsData.h"
+#include "KYV/NidsFile.h"
+#include "KYV/NidsRadial.h"
+#include "NidsLimits.h"
+#include "NidsSource.h"
+
+namespace KYV {
+
+namespace {
+
+constexpr int LEVELS = 256;        // a raw level is a byte
+constexpr int FINE_RADIALS = 700;  // more radials than this have slots of half a degree
+constexpr float FULL_CIRCLE = 360.0f;
+
+using Values = std::array<float, LEVELS>;
+using Bytes = std::span<const unsigned char>;
+
+// Writes value into row[at, at + run), cut at the row's end; returns the cell after the last.
+int fillRun(std::span<float> row, int at, int run, float value) {
+  const int size = static_cast<int>(row.size());
+  const int end = std::min(at + run, size);
+  std::fill(row.begin() + std::min(at, size), row.begin() + end, value);
+  return end;
+}
+
+// The encodings of a radial or row: a byte for each bin; nibbles of run and level; pairs of run and level, of which
+// `cells` cells count.
+void decodeBytes(Bytes line, std::span<float> row, const Values& values) {
+  const std::size_t n = std::min(line.size(), row.size());
+  std::transform(line.begin(), line.begin() + static_cast<std::ptrdiff_t>(n), row.begin(),
+                 [&](unsigned char level) { return values[level]; });
+}
+void decodeNibbles(Bytes line, std::span<float> row, const Values& values) {
+  int at = 0;
+  for (const unsigned char b : line) at = fillRun(row, at, b >> 4, values[b & 15]);
+}
+void decodePairs(Bytes line, std::span<float> row, const Values& values, int cells) {
+  int at = 0;
+  int covered = 0;
+  for (std::size_t i = 0; i + 1 < line.size() && covered < cells; i += 2) {
+    at = fillRun(row, at, line[i], values[line[i + 1]]);
+    covered += line[i];
+  }
+}
+
+// The azimuth slot of a radial: the nearest whole step.
+int findSlot(float start, float step, int slots) { return static_cast<int>(std::floor(start / step + 0.5f)) % slots; }
+
+}  // namespace
+
+// The encoded bytes of the radial or row whose header was read; fewer when the data ends. The count.
+int NidsFile::fetchLine() {
+  line.resize(static_cast<std::size_t>(std::max(len, 0)));
+  const int got = len > 0 ? deliver(line.data(), len) : 0;
+  bytes += got;
+  num = got;
+  return got;
+}
+
+int NidsFile::readData(NidsData& d) {
+  d.date = date;
+  d.lat = lat;
+  d.lon = lon;
+  d.mode = mode;
+  d.code = code;
+  d.vcp = vcp;
+  d.seq = seq;
+  const Date volume = date;
+  setInfo(d.info);
+  setMisc(d.misc);
+  date = volume;
+  if (!opened) return 1;
+  if (isPacketRadial()) readRadials(d);
+  if (isPacketRastor() || isPacketDpa()) readRows(d);
+  return 1;
+}
+
+void NidsFile::readRadials(NidsData& d) {
+  DomainVal polar;
+  polar.proj = DomainVal::RADIAL;
+  polar.plat = polar.clat = lat;
+  polar.plon = polar.clon = lon;
+  const bool fine = nrad > FINE_RADIALS;
+  polar.nx = fine ? 720 : 360;
+  polar.dx = fine ? 0.5f : 1.0f;
+  polar.ny = nbin;
+  polar.dy = dom.dy;
+  d.domain.set(polar);
+  Kyv::outMessage(8, "Radial data\n");
+
+  const std::size_t width = static_cast<std::size_t>(nbin);
+  const std::size_t size = static_cast<std::size_t>(polar.nx) * width;
+  d.allocate(size);
+  d.type = 0;
+  d.nrad = polar.nx;
+  d.nbin = nbin;
+  const std::span<float> all(d.data, size);
+  std::fill(all.begin(), all.end(), NidsData::NO_RADIAL);
+  const auto slotRow = [&](int slot) { return all.subspan(static_cast<std::size_t>(slot) * width, width); };
+
+  Values values;
+  for (int level = 0; level < LEVELS; level++) values[static_cast<std::size_t>(level)] = levelValue(level);
+  NidsRadial radial;
+  int prev = Const::MISS;
+  for (int n = 0; n < MAX_RADIALS && readRadial(radial) > 0; n++) {
+    if (radial.ang0 < 0.0f || radial.ang0 > FULL_CIRCLE) {
+      Kyv::outWarning("NidsFile::readData bad radial angle: %.2f\n", radial.ang0);
+      return;
+    }
+    const int slot = findSlot(radial.ang0, polar.dx, polar.nx);
+    if (slot - prev == 2 || slot - prev == 2 - polar.nx) {
+      // A single slot skipped takes the earlier radial's values.
+      const std::span<float> from = slotRow(prev);
+      std::copy(from.begin(), from.end(), slotRow((prev + 1) % polar.nx).begin());
+    }
+    const int got = fetchLine();
+    const Bytes encoded(line.data(), static_cast<std::size_t>(got));
+    if (pk_code == RADIAL) {
+      decodeNibbles(encoded, slotRow(slot), values);
+    } else {
+      decodeBytes(encoded, slotRow(slot), values);
+    }
+    if (got < len) return;
+    prev = slot;
+  }
+}
+
+// A grid that is larger than any of the feed is believed only when its rows can be there: two bytes are the least of a
+// row. Of compressed data nobody knows.
+bool NidsFile::canHoldGrid() {
+  if (nx <= LARGE_GRID || data_type != 0 || seg_type != 0) return true;
+  const std::int64_t rest = file->getRest() + raw.getAvail() + in.getAvail();
+  if (rest / 2 >= nx) return true;
+  Kyv::outWarning("NidsFile: %s claims a grid of %d cells, more than its data can hold\n", file->getName(), nx);
+  return false;
+}
+
+void NidsFile::readRows(NidsData& d) {
+  if (!canHoldGrid()) return;
+  DomainVal grid = dom;
+  grid.nx = grid.ny = nx;  // the array, so that grid points name the cells that are drawn
+  d.domain.set(grid);
+  const std::size_t width = static_cast<std::size_t>(std::max(nx, 0));
+  d.allocate(width * width);
+  d.type = 1;
+  d.nrad = 0;
+  d.nbin = nx;
+  const std::span<float> all(d.data, width * width);
+  std::fill(all.begin(), all.end(), NidsData::NO_RUN);
+
+  Values values;
+  for (int level = 0; level < LEVELS; level++) values[static_cast<std::size_t>(level)] = levelValue(level);
+  for (std::size_t r = 0; r < width && readRastor() > 0; r++) {
+    const int got = fetchLine();
+    const Bytes encoded(line.data(), static_cast<std::size_t>(got));
+    const std::span<float> cells = all.subspan(r * width, width);
+    if (isPacketDpa()) {
+      decodePairs(encoded, cells, values, ncol);
+    } else if (pack == 1) {
+      decodePairs(encoded, cells, values, MAX_GRID);
+    } else {
+      decodeNibbles(encoded, cells, values);
+    }
+    if (got < len) return;
+  }
+}
+
+}  // namespace KYV

@@ -1,0 +1,52 @@
+#ifndef NIDSDECODE_H
+#define NIDSDECODE_H
+
+#include "KYV/NidsData.h"
+#include "KYV/NidsFile.h"
+#include "KYV/NidsInfo.h"
+#include "KYV/NidsRadial.h"
+#include "KYV/NidsRun.h"
+#include "KYV/NidsText.h"
+#include "KYV/NidsVector.h"
+#include "KYV/NidsWind.h"
+
+/// Reads all that a file holds, as a drawing does: the image, every element of every packet, the graphic pages. With
+/// `pull` the image is read run by run. 1 when it was a product.
+inline int decodeProduct(const char* name, bool pull) {
+  using namespace KYV;
+  NidsFile file;
+  NidsInfo info;
+  NidsData data;
+  if (!file.open(name) || !file.readHeader(info)) return 0;
+  const auto elements = [&] {
+    NidsRadial radial;
+    NidsRun run;
+    NidsText text;
+    NidsVector vector;
+    NidsWind wind;
+    if (file.isPacketRadial() || file.isPacketRastor() || file.isPacketDpa()) {
+      if (!pull) file.readData(data);
+      while ((file.isPacketRadial() ? file.readRadial(radial) : file.readRastor()) > 0) {
+        while (file.readRun(run) > 0) {
+        }
+      }
+    }
+    while (file.readVector(vector) > 0) {
+    }
+    while (file.readWind(wind) > 0) {
+    }
+    file.readText(text);
+  };
+  elements();
+  while (file.readPacket() > 0) elements();
+  if (file.graphic()) {
+    while (file.graphicLayer() > 0) {
+      while (file.readPacket() > 0) elements();
+    }
+  }
+  data.getValue(EarthPoint(info.lat, info.lon));
+  data.getValue(EarthPoint(info.lat + 0.5f, info.lon - 0.5f));
+  return 1;
+}
+
+#endif
