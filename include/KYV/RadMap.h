@@ -1,0 +1,92 @@
+#ifndef KYV_RADMAP_H
+#define KYV_RADMAP_H
+
+#include "KYV/Drawing.h"
+#include "KYV/Filename.h"
+#include "KYV/Listener.h"
+#include "KYV/NidsData.h"
+#include "KYV/NidsFile.h"
+#include "KYV/NidsInfo.h"
+#include "KYV/String.h"
+#include "KYV/Timezone.h"
+
+namespace KYV {
+
+struct ParamItem;
+
+/// The radar layer: draws one product file for each frame.
+class RadMap : public Drawing, public Listener {
+ public:
+  RadMap() { init(); }
+  explicit RadMap(const char* param) : RadMap() { setParam(param); }
+
+  int init() override;
+  /// The product's radar-centred domain, made 3:2 wide; without a file one around the station. 0 without either.
+  int getDomain(Domain& domain) override;
+  int setFile() override;
+  int setInput(const char*) override { return 1; }
+  int setNameConv(const char* conv) override;
+  int setFilename() override { return file.setFile(); }
+  int setFilename(const char* name) override { return file.setFile(name); }
+  int setFilename(Date& date) override { return file.setFile(date); }
+  int setFilename(Date& date, const char* name) override { return file.setFile(date, name); }
+  int setForeTime(const char*) override { return 1; }
+  /// The layer's parameter string; items that are none of its keys are ignored.
+  int setParam(const char* params) override;
+  int getDate(Date& date) override { return file.getDate(date); }
+  int getLoopType() override { return LOOP_DATE; }
+  int getInitDate(Date& date) override;
+  int getDateOffset() override { return file.getOffset(); }
+  int getNumFrames() override { return file.getNumFiles(); }
+  int getSync() override { return sync; }
+  int draw(Plot& surface) override;
+  int print() override;
+
+  /// Whether the layer draws the map background itself.
+  int setMap(bool on) { return map = on ? 1 : 0, 1; }
+  /// At most 4 characters.
+  int setId(const char* text);
+  /// At most 14 characters.
+  int setType(const char* text);
+  int setVariable(const char* text) { return variable.copy(text); }
+  int setColorTable(const char* text) { return color_table.copy(text); }
+  int setColorFill(const char* text) { return color_fill.copy(text); }
+  int setColor(const char* text) { return color_data.copy(text); }
+  int setHour(const char* text);
+  int setPath(const char* path) { return file.setPath(path); }
+  int getInfo(NidsInfo& copy) const { return copy = info, 1; }
+  /// Answers "QueryLoc" ("lat,lon") with the product's value there, on standard output.
+  void callback(const char* name, const char* value, const void* data) override;
+
+ private:
+  struct Painter;  // draws the packets of one product, see src/RadMapImage.cpp
+
+  void setRings(const ParamItem& item, int n, float standard, float unit);
+  int drawImage(Plot& surface);
+  void setLabels(Plot& surface);
+
+  char id[5] = "";     // station, key i of the name convention
+  char type[15] = "";  // product type, key t
+  int site = 0;        // 1: mark the radar's site
+  int table = 0;       // 1: draw the product's tabular pages
+  float dist[4] = {};  // range rings, km; none when the first is 0
+  bool plot = true;    // draw the image
+  bool data = true;    // draw the data overlays
+  String variable;     // storm attributes or data items to draw
+  String color_table;
+  String color_fill;  // empty: the product's default scale
+  String color_data;
+  int map = 0;
+  int clutter = 0;                   // km (bins of a radial product) around the radar that are not drawn
+  int ramp[2] = {Const::MISS, 200};  // threshold at the radar, and the range (bins or km) at which it falls to 0
+  int shadow = 0;                    // copies of the drop shadow of storm symbols
+  int sync = 0;
+  Filename file;
+  Timezone tz;
+  NidsFile nids;
+  NidsInfo info;
+  NidsData ndata;
+};
+
+}  // namespace KYV
+#endif

@@ -1,0 +1,188 @@
+#include "KYV/RadMap.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "KYV/CityData.h"
+#include "KYV/CityTool.h"
+#include "KYV/Kyv.h"
+#include "KYV/ParamTable.h"
+#include "KYV/Plot.h"
+
+namespace KYV {
+
+namespace {
+
+constexpr float NAUTICAL_MILE = 1.852f;    // km
+constexpr float DEFAULT_RING = 100.0f;     // km
+constexpr float DEFAULT_RING_NM = 185.2f;  // km: 100 nautical miles
+constexpr int DEFAULT_CLUTTER = 25;        // km
+constexpr int DEFAULT_RAMP_RANGE = 200;    // bins or km
+constexpr int MULTI_RADAR = 10000;         // sources from here on are no single radar
+
+// The domain around a station when there is no product: 90 by 60 points of some 12 km.
+constexpr int STATION_NX = 90;
+constexpr int STATION_NY = 60;
+constexpr float STATION_DX = 0.11899f;
+
+}  // namespace
+
+int RadMap::init() {
+  id[0] = type[0] = '\0';
+  site = table = map = clutter = shadow = sync = 0;
+  std::fill(std::begin(dist), std::end(dist), 0.0f);
+  ramp[0] = Const::MISS;
+  plot = data = true;
+  setNameConv("nids");
+  setFile();
+
+  if (const char* v = Kyv::resrc.get("color_fill")) color_fill.copy(v);
+  if (const char* v = Kyv::resrc.get("color_data")) color_data.copy(v);
+  if (const char* v = Kyv::resrc.get("identifier")) setId(v);
+  if (const char* v = Kyv::resrc.get("type")) setType(v);
+  if (const char* v = Kyv::resrc.get("variable")) setVariable(v);
+  if (const char* v = Kyv::resrc.get("timezone")) tz.set(v);
+  return setParam(Kyv::resrc.get("parameter"));
+}
+
+int RadMap::setFile() {
+  if (const char* v = Kyv::resrc.get("input")) setInput(v);
+  if (const char* v = Kyv::resrc.get("in_file")) setNameConv(v);
+  if (const char* v = Kyv::resrc.get("hour")) setHour(v);
+  return 1;
+}
+
+// Keys and frame count of the name convention belong to the search for files, which this version does not have yet; a
+// literal file name needs none of them.
+int RadMap::setNameConv(const char* conv) { return file.setNameConv(conv); }
+int RadMap::setHour(const char*) { return 0; }
+
+int RadMap::setId(const char* text) { return StrLib::copy(id, text); }
+int RadMap::setType(const char* text) { return StrLib::copy(type, text); }
+
+int RadMap::getInitDate(Date& date) { return file.getDate(date); }
+
+int RadMap::setParam(const char* params) {
+  using enum ParamMatch;
+  using Key = ParamKey<RadMap>;
+  // The first key that fits acts, so "distm" stands before "dist".
+  static constexpr Key KEYS[] = {
+      {"ct", Begins, [](RadMap& m, const ParamItem& i) { m.setColorTable(i.after()); }},
+      {"co", Begins, [](RadMap& m, const ParamItem& i) { m.setColorFill(i.after()); }},
+      {"va", Begins, [](RadMap& m, const ParamItem& i) { m.setVariable(i.after()); }},
+      {"if", Begins, [](RadMap& m, const ParamItem& i) { m.setNameConv(i.after()); }},
+      {"nc", Begins, [](RadMap& m, const ParamItem& i) { m.setNameConv(i.after()); }},
+      {"ho", Begins, [](RadMap& m, const ParamItem& i) { m.setHour(i.after()); }},
+      {"tz", Begins, [](RadMap& m, const ParamItem& i) { m.tz.set(i.from(3)); }},
+      {"pa", Begins, [](RadMap& m, const ParamItem& i) { m.setPath(i.after()); }},
+      {"id", Begins, [](RadMap& m, const ParamItem& i) { m.setId(i.from(3)); }},
+      {"ty", Begins, [](RadMap& m, const ParamItem& i) { m.setType(i.from(3)); }},
+      {"plot", Is, [](RadMap& m, const ParamItem&) { m.plot = true, m.data = false; }},
+      {"data", Is, [](RadMap& m, const ParamItem&) { m.plot = false, m.data = true; }},
+      {"site", Is, [](RadMap& m, const ParamItem&) { m.site = 1; }},
+      {"distm", IBegins, [](RadMap& m, const ParamItem& i) { m.setRings(i, 5, DEFAULT_RING_NM, NAUTICAL_MILE); }},
+      {"dist", IBegins, [](RadMap& m, const ParamItem& i) { m.setRings(i, 4, DEFAULT_RING, 1.0f); }},
+      {"map", Is, [](RadMap& m, const ParamItem&) { m.map = 1; }},
+      {"nodist", Is, [](RadMap& m, const ParamItem&) { m.dist[0] = 0.0f; }},
+      {"notable", Is, [](RadMap& m, const ParamItem&) { m.table = 0; }},
+      {"table", Is, [](RadMap& m, const ParamItem&) { m.table = 1; }},
+      {"clutter", IBegins,
+       [](RadMap& m, const ParamItem& i) {
+         if (i.length <= 7) m.clutter = DEFAULT_CLUTTER;
+         std::sscanf(i.from(8), "%9d", &m.clutter);
+       }},
+      {"noclutter", Is, [](RadMap& m, const ParamItem&) { m.clutter = 0; }},
+      {"shadow", Begins, [](RadMap& m, const ParamItem& i) { std::sscanf(i.from(7), "%9d", &m.shadow); }},
+      {"ramp", IBegins,
+       [](RadMap& m, const ParamItem& i) {
+         std::sscanf(i.from(5), "%9d:%9d", &m.ramp[0], &m.ramp[1]);
+         if (m.ramp[1] < 1) m.ramp[1] = DEFAULT_RAMP_RANGE;
+       }},
+  };
+  return setParams(KEYS, params, *this);
+}
+
+// Range rings "dist" or "dist=50:100", the key having n characters, in units of `unit` km.
+void RadMap::setRings(const ParamItem& item, int n, float standard, float unit) {
+  if (item.length <= n) {
+    dist[0] = standard;
+    return;
+  }
+  std::sscanf(item.from(n + 1), "%f:%f:%f:%f", &dist[0], &dist[1], &dist[2], &dist[3]);
+  for (float& d : dist) {
+    if (!Const::isMissing(d)) d *= unit;
+  }
+}
+
+int RadMap::getDomain(Domain& domain) {
+  if (file.isSet()) {
+    NidsFile product;
+    NidsInfo header;
+    if (product.open(file.getName()) && product.readHeader(header)) {
+      DomainVal val = product.getDomainVal();
+      if (header.src < MULTI_RADAR && !product.isVAD() && !product.isDPA()) val.nx = val.ny * 3 / 2 + 1;
+      domain.set(val);
+      if (Kyv::checkMessage(8)) {
+        Kyv::outMessage(8, "NIDS Domain: ");
+        domain.print();
+      }
+      return 1;
+    }
+  }
+  if (!*id) return 0;
+  DomainVal val;
+  val.proj = DomainVal::PSTEREO;
+  val.nx = STATION_NX, val.ny = STATION_NY;
+  val.dx = val.dy = STATION_DX;
+  CityData station;
+  if (CityTool::search("rad.cty", id, station)) {
+    val.plat = val.clat = station.lat;
+    val.plon = val.clon = station.lon;
+  }
+  domain.set(val);
+  return 1;
+}
+
+int RadMap::draw(Plot& surface) {
+  surface.addCallback("AnyEvent", this, nullptr);
+  if (!file.isSet()) {
+    Kyv::outWarning("RadMap: No product file: name one on the command line\n");
+    return 0;
+  }
+  if (!nids.open(file.getName())) {
+    Kyv::outWarning("RadMap: Unable to open file: %s\n", file.getName());
+    return 0;
+  }
+  Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
+  if (!nids.readHeader(info)) return 0;
+  return drawImage(surface);
+}
+
+void RadMap::callback(const char* name, const char* value, const void*) {
+  if (!StrLib::equal(name, "QueryLoc") || !value) return;
+  EarthPoint e;
+  if (std::sscanf(value, "%f,%f", &e.lat, &e.lon) != 2) return;
+  Point p;
+  ndata.domain.tran(e, p);
+  const float factor = ndata.domain.getMapFactor(e);
+  const float range = Const::isMissing(factor) || factor == 0.0f ? p.y : 100.0f * p.y / factor;
+  std::printf("RadMap value [%.2f,%.2f]: %f\n", static_cast<double>(p.x), static_cast<double>(range),
+              static_cast<double>(ndata.getValue(e)));
+}
+
+int RadMap::print() {
+  std::printf("RadMap\n");
+  std::printf("  Filename: %s\n", file.getName());
+  std::printf("  Color table: %s\n", color_table.get());
+  std::printf("  Color fill: %s\n", color_fill.get());
+  std::printf("  Color data: %s\n", color_data.get());
+  std::printf("  Variable: %s\n", variable.get());
+  std::printf("  Draw plot: %d\n", plot);
+  std::printf("  Draw data: %d\n", data);
+  std::printf("  Plot site: %d\n", site);
+  std::printf("  Plot table: %d\n", table);
+  std::printf("  Clutter radius: %d\n", clutter);
+  return 1;
+}
+
+}  // namespace KYV
