@@ -242,6 +242,13 @@ class Plot {
     char text[100];
     char attr[100];
   };
+  // Where the labels stand: their map, the free height and that of a row (NDC), the rows.
+  struct LabelBand {
+    Rect view;
+    float space;
+    float rowHeight;
+    int rows;
+  };
   static constexpr int NUM_DRAW = 13;
   static constexpr int PAGE = 0;  // transforms
   static constexpr int MAP = 1;
@@ -259,7 +266,9 @@ class Plot {
   bool addLabelRow(int row, const char* pos, const char* text);
   PlotAttr labelAttr();
   float labelSpace(const Rect& view) const;
-  void drawLabel(const Label& label, const PlotAttr& attr, const Rect& view, float space, float rowHeight);
+  LabelBand labelBand() const;
+  void addUserLabels();
+  void drawLabel(const Label& label, const PlotAttr& attr, const LabelBand& band);
 
   Graph graph;
   ColorMap color_map;

@@ -16,11 +16,12 @@ constexpr float MAX_ROW = 0.03f;      // height of a label row at most, of the m
 constexpr float FULL_SPACE = 0.06f;   // label space where labels stand inside the map
 constexpr float TEXT_HEIGHT = 0.75f;  // of a label's row
 constexpr float INSET = 0.01f;        // of left and right labels, of the map's width
-constexpr float LABEL_DEPTH = 1.2f;   // of a row of lower labels with its brackets and descenders, in rows
-constexpr float MAX_BAR = 0.05f;      // height of the colour bar at most, of the map's height
-constexpr float BAR_BOX = 0.5f;       // height of its boxes, of the bar's height; the values stand below them
-constexpr float BAR_TEXT = 0.35f;     // height of its text, of the bar's height
-constexpr float BAR_WIDTH = 0.96f;    // of the map's width
+constexpr float LABEL_DEPTH = 0.2f;   // of brackets and descenders below the last row of labels, in rows
+constexpr float MIN_BAR = 0.025f;     // height of the colour bar, of the map's height
+constexpr float MAX_BAR = 0.05f;
+constexpr float BAR_BOX = 0.5f;     // height of its boxes, of the bar's height; the values stand below them
+constexpr float BAR_TEXT = 0.35f;   // height of its text, of the bar's height
+constexpr float BAR_WIDTH = 0.96f;  // of the map's width
 
 // Where labels stand: column 0 left, 1 centre, 2 right of the map's upper or lower edge.
 struct Position {
@@ -159,7 +160,7 @@ float Plot::labelSpace(const Rect& view) const {
   return above > 0.0f ? above : std::max(view.ymin - page.ymin, 0.0f);
 }
 
-void Plot::drawLabel(const Label& label, const PlotAttr& attr, const Rect& view, float space, float rowHeight) {
+void Plot::drawLabel(const Label& label, const PlotAttr& attr, const LabelBand& band) {
   const int index = getLabelPosIndex(label.pos);
   if (index < 0 || !isDrawing(DRAW_TEXT + index)) return;
   const Position& pos = POSITIONS[index];
@@ -174,53 +175,70 @@ void Plot::drawLabel(const Label& label, const PlotAttr& attr, const Rect& view,
   PlotAttr own = attr;
   own.parse(label.attr);
   setText(own);
-  graph.setTextHeight(TEXT_HEIGHT * (label.row < 0 ? space : rowHeight));
+  graph.setTextHeight(TEXT_HEIGHT * (label.row < 0 ? band.space : band.rowHeight));
 
+  const Rect& view = band.view;
   Point anchor(view.xmin + INSET * view.width(), pos.upper ? view.ymax : view.ymin);
   if (pos.column == 1) anchor.x = (view.xmin + view.xmax) / 2.0f;
   if (pos.column == 2) anchor.x = view.xmax - INSET * view.width();
   const bool inside = full == 2;
   if (label.row >= 0) {
-    const int rows = std::max(label_rows, label.row + 1);
-    const int base = inside ? rows - 1 : 0;
-    const int step = pos.upper ? label.row - base : label.row - (rows - 1) + base;
-    anchor.y += static_cast<float>(step) * rowHeight;
+    const int base = inside ? band.rows - 1 : 0;
+    const int step = pos.upper ? label.row - base : label.row - (band.rows - 1) + base;
+    anchor.y += static_cast<float>(step) * band.rowHeight;
   }
   // Upper labels stand on the map's edge and lower ones hang below it; inside the map it is the other way round.
   graph.setTextAlign(pos.column + 1, pos.upper != inside ? 5 : 1);
   graph.drawText(anchor, text);
 }
 
-int Plot::drawLabels() {
-  const Rect view = rec().panel.view;
-  const float limit = MAX_ROW * view.height();
-  const int rows = std::max(label_rows, 1);
-  const float space = std::min(labelSpace(view), limit);
-  const float rowHeight = std::min(labelSpace(view) / static_cast<float>(rows), limit);
-  Kyv::outDebug(5, "Plot labels P: %f X: %f Y: %f - %d %f\n", static_cast<double>(space),
-                static_cast<double>(view.width()), static_cast<double>(view.height()), label_rows,
-                static_cast<double>(rowHeight));
-
-  const std::size_t ownLabels = labels.size();
-  const Strings extra(Kyv::resrc.get("label"), ',');
-  for (int i = 0; i < extra.getNum(); ++i) {
-    const char* entry = extra.getString(i);
+// The labels that the user asked for, each in the first row that its position has free.
+void Plot::addUserLabels() {
+  const Strings entries(Kyv::resrc.get("label"), ',');
+  for (int i = 0; i < entries.getNum(); ++i) {
+    const char* entry = entries.getString(i);
     if (!StrLib::valid(entry)) continue;
     const bool placed = StrLib::getChar(entry, 2) == ':';
     char pos[3] = "ul";
     if (placed) StrLib::copy(pos, entry);
-    addLabel(pos, placed ? entry + 3 : entry);
+    // In the lower band the last row is the one at the map.
+    const int index = getLabelPosIndex(pos);
+    int row = index >= 0 && !POSITIONS[index].upper ? std::max(label_rows - 1, 0) : 0;
+    for (const Label& label : labels) {
+      if (StrLib::equal(label.pos, pos)) row = std::max(row, label.row + 1);
+    }
+    addLabelRow(row, pos, placed ? entry + 3 : entry);
   }
+}
+
+Plot::LabelBand Plot::labelBand() const {
+  LabelBand band;
+  band.view = rec().panel.view;
+  band.rows = std::max(label_rows, 1);
+  for (const Label& label : labels) band.rows = std::max(band.rows, label.row + 1);
+  const float limit = MAX_ROW * band.view.height();
+  const float space = labelSpace(band.view);
+  band.space = std::min(space, limit);
+  band.rowHeight = std::min(space / static_cast<float>(band.rows), limit);
+  return band;
+}
+
+int Plot::drawLabels() {
+  const std::size_t ownLabels = labels.size();
+  addUserLabels();
+  const LabelBand band = labelBand();
+  Kyv::outDebug(5, "Plot labels P: %f X: %f Y: %f - %d %f\n", static_cast<double>(band.space),
+                static_cast<double>(band.view.width()), static_cast<double>(band.view.height()), band.rows,
+                static_cast<double>(band.rowHeight));
 
   graph.activateTran(PAGE);
   setText();
   const PlotAttr attr = labelAttr();
-  for (const Label& label : labels) drawLabel(label, attr, view, space, rowHeight);
-  labels.resize(ownLabels);
+  for (const Label& label : labels) drawLabel(label, attr, band);
   setText();
   if (bar_on) drawBar();
-  graph.activateTran(MAP);
-  return 1;
+  labels.resize(ownLabels);
+  return graph.activateTran(MAP);
 }
 
 int Plot::drawBorder() {
@@ -259,9 +277,10 @@ int Plot::drawBar() {
 
   const int oldTran = graph.getTran();
   graph.activateTran(PAGE);
-  const float row = LABEL_DEPTH * std::min(labelSpace(view), MAX_ROW * view.height());
+  const LabelBand band = labelBand();
+  const float row = (static_cast<float>(band.rows) + LABEL_DEPTH) * band.rowHeight;
   const float below = view.ymin - page.ymin;
-  const float room = below - row > row ? below - row : below;
+  const float room = below - row > MIN_BAR * view.height() ? below - row : below;
   const float height = std::min(room, MAX_BAR * view.height());
   const float top = full == 2 ? view.ymin + row + height : page.ymin + room;
   float left = view.xmin + (1.0f - BAR_WIDTH) / 2.0f * view.width();

@@ -1,0 +1,155 @@
+#include "KYV/RadMap.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "KYV/Domain.h"
+#include "KYV/Figure.h"
+#include "KYV/Kyv.h"
+#include "NidsBuilder.h"
+#include "TempDir.h"
+
+namespace KYV {
+namespace {
+
+constexpr float LAT = 35.333f;
+constexpr float LON = -97.278f;
+
+std::string toString(const NidsBuilder::Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
+
+class RadMapLayer : public testing::Test {
+ protected:
+  void SetUp() override {
+    Kyv::resrc.clear();
+    Kyv::setMessageLevel(3);
+    Kyv::setDatabasePath(RADMAP_SOURCE_DIR "/data");
+    Kyv::setResrc("device", "postscript,/dev/null,color");
+  }
+  void TearDown() override {
+    Kyv::resrc.clear();
+    Kyv::setDatabasePath("");
+  }
+  std::string write(const NidsBuilder& product) { return dir.write("product.nids", toString(product.bytes())); }
+  // What the layer says of its settings.
+  static std::string settings(RadMap& layer) {
+    testing::internal::CaptureStdout();
+    layer.print();
+    return testing::internal::GetCapturedStdout();
+  }
+
+  TempDir dir;
+};
+
+TEST_F(RadMapLayer, ParametersSetTheirFieldAndTheLaterWins) {
+  struct Case {
+    const char* params;
+    const char* line;
+  };
+  constexpr Case CASES[] = {
+      {"", "  Draw plot: 1\n  Draw data: 1\n  Plot site: 0\n  Plot table: 0\n  Clutter radius: 0\n"},
+      {"plot", "  Draw plot: 1\n  Draw data: 0\n"},
+      {"plot,data", "  Draw plot: 0\n  Draw data: 1\n"},
+      {"SITE", "  Plot site: 1\n"},
+      {"table", "  Plot table: 1\n"},
+      {"table,notable", "  Plot table: 0\n"},
+      {"clutter", "  Clutter radius: 25\n"},
+      {"clutter=10", "  Clutter radius: 10\n"},
+      {"clutter=10,noclutter", "  Clutter radius: 0\n"},
+      {"clutter=x", "  Clutter radius: 0\n"},
+      {"cof=nws_ref.fil", "  Color fill: nws_ref.fil\n"},
+      {"ct=my.clr,va=cid", "  Color table: my.clr\n  Color fill: \n  Color data: \n  Variable: cid\n"},
+      {"CT=my.clr", "  Color table: \n"},  // letter case counts in the short keys
+      {"what=ever,,", "  Clutter radius: 0\n"},
+  };
+  for (const Case& c : CASES) {
+    SCOPED_TRACE(c.params);
+    RadMap layer(c.params);
+    EXPECT_NE(std::string::npos, settings(layer).find(c.line)) << settings(layer);
+  }
+}
+
+TEST_F(RadMapLayer, ResourcesComeBeforeParameters) {
+  Kyv::setResrc("color_fill", "0:red");
+  Kyv::setResrc("variable", "tvs");
+  Kyv::setResrc("parameter", "clutter=7,va=meso");
+  RadMap layer;
+  const std::string text = settings(layer);
+  EXPECT_NE(std::string::npos, text.find("  Color fill: 0:red\n"));
+  EXPECT_NE(std::string::npos, text.find("  Variable: meso\n"));
+  EXPECT_NE(std::string::npos, text.find("  Clutter radius: 7\n"));
+}
+
+TEST_F(RadMapLayer, DefaultDomainIsTheProductsMadeWide) {
+  RadMap layer;
+  Domain domain;
+  EXPECT_EQ(0, layer.getDomain(domain));  // neither file nor station
+  EXPECT_FALSE(domain.isSet());
+
+  layer.setFilename(write(NidsBuilder().header(19, 9).location(LAT, LON).radials(230).radial(0, 1, {{1, 1}})).c_str());
+  ASSERT_EQ(1, layer.getDomain(domain));
+  EXPECT_EQ(DomainVal::PSTEREO, domain.proj);
+  EXPECT_EQ(461, domain.ny);
+  EXPECT_EQ(461 * 3 / 2 + 1, domain.nx);
+  EXPECT_FLOAT_EQ(LAT, domain.clat);
+  EXPECT_FLOAT_EQ(LON, domain.plon);
+
+  // A wind profile keeps its page.
+  layer.setFilename(write(NidsBuilder().header(48, 9).vectors(10, 1, {{0, 0, 1, 1}})).c_str());
+  ASSERT_EQ(1, layer.getDomain(domain));
+  EXPECT_EQ(DomainVal::PIXEL, domain.proj);
+  EXPECT_EQ(512, domain.nx);
+}
+
+TEST_F(RadMapLayer, AStationServesWhereThereIsNoFile) {
+  RadMap layer("id=ktlx");
+  Domain domain;
+  ASSERT_EQ(1, layer.getDomain(domain));
+  EXPECT_EQ(90, domain.nx);
+  EXPECT_EQ(60, domain.ny);
+  EXPECT_FLOAT_EQ(0.11899f, domain.dx);
+  EXPECT_NEAR(LAT, domain.clat, 0.01f);
+  EXPECT_NEAR(LON, domain.plon, 0.01f);
+}
+
+TEST_F(RadMapLayer, AQueryAnswersWithTheBinThatIsDrawnThere) {
+  NidsBuilder product;
+  product.header(19, 9).location(LAT, LON).thresholds({0x8000, 5, 10, 15, 20, 25, 30, 35, 40}).radials(100);
+  for (int i = 0; i < 360; ++i) {
+    // 40 dBZ in bin 50 of the radials between 85 and 95 degrees, 10 dBZ elsewhere.
+    product.radial(
+        static_cast<float>(i), 1.0f,
+        {{15, 2}, {15, 2}, {15, 2}, {5, 2}, {1, i >= 85 && i < 95 ? 8 : 2}, {15, 2}, {15, 2}, {15, 2}, {4, 2}});
+  }
+  RadMap layer;
+  layer.setFilename(write(product).c_str());
+  Figure figure;
+  testing::internal::CaptureStdout();
+  ASSERT_EQ(1, figure.open());
+  Domain domain;
+  layer.getDomain(domain);
+  figure.startPlot(domain);
+  figure.draw(layer);
+  testing::internal::GetCapturedStdout();
+
+  // 50.5 km to the east: a degree of longitude has 111.2 km times the cosine of the latitude.
+  const double lon = LON + 50.5 / (111.2 * std::cos(LAT * 3.14159265 / 180.0));
+  const std::string place = std::to_string(LAT) + "," + std::to_string(lon);
+  testing::internal::CaptureStdout();
+  layer.callback("QueryLoc", place.c_str(), nullptr);
+  const std::string answer = testing::internal::GetCapturedStdout();
+  float azimuth = 0.0f, range = 0.0f, value = 0.0f;
+  ASSERT_EQ(3, std::sscanf(answer.c_str(), "RadMap value [%f,%f]: %f\n", &azimuth, &range, &value)) << answer;
+  EXPECT_NEAR(90.0f, azimuth, 0.5f);
+  EXPECT_NEAR(50.5f, range, 0.3f);
+  EXPECT_EQ(40.0f, value);
+
+  testing::internal::CaptureStdout();
+  layer.callback("KeyPress", place.c_str(), nullptr);
+  layer.callback("QueryLoc", "somewhere", nullptr);
+  EXPECT_EQ("", testing::internal::GetCapturedStdout());
+}
+
+}  // namespace
+}  // namespace KYV
