@@ -118,6 +118,7 @@ int RadMap::getDomain(Domain& domain) {
   if (file.isSet()) {
     NidsFile product;
     NidsInfo header;
+    product.setQuiet(true);  // what is wrong with the file is said when it is drawn
     if (product.open(file.getName()) && product.readHeader(header)) {
       DomainVal val = product.getDomainVal();
       if (header.src < MULTI_RADAR && !product.isVAD() && !product.isDPA()) val.nx = val.ny * 3 / 2 + 1;

@@ -9,6 +9,7 @@
 #include "KYV/Buffer.h"
 #include "KYV/Date.h"
 #include "KYV/DomainVal.h"
+#include "KYV/StrLib.h"
 #include "KYV/Zlib.h"
 
 namespace KYV {
@@ -45,6 +46,8 @@ class NidsFile {
   [[nodiscard]] int open(const char* name);
   int close();
   bool isOpen() const { return opened; }
+  /// A quiet reader gives no warnings: for a file that another reader reads as well, so that the user is told once.
+  int setQuiet(bool on) { return quiet = on, 1; }
 
   // Bytes.
   /// The next segment of the file into the input buffer; the bytes it then holds, 0 when a zlib stream is damaged.
@@ -131,6 +134,7 @@ class NidsFile {
   int readData(NidsData& d);
 
  private:
+  KYV_PRINTF(2, 3) void warn(const char* format, ...) const;
   // Bytes.
   bool isZlibSegment() const;
   int inflateSegment();
@@ -164,6 +168,7 @@ class NidsFile {
 
   std::unique_ptr<NidsSource> file;
   bool opened = false;
+  bool quiet = false;
   DomainVal dom;
   Date date;
   int seg_type = 0;   // kind of the last raw segment: 0 plain, 1 zlib

@@ -74,7 +74,7 @@ int Date::set(const char* text) {
   if (std::strncmp(text, "cu", 2) == 0) return init(), setCurrent();
   if (*text == '#') ++text;
   DateVal v;
-  // NOLINTBEGIN(cert-err34-c): fields of a few digits cannot overflow, and the seconds are checked for their range
+  // Fields of a few digits cannot overflow, and the seconds are checked for their range.
   int num = std::sscanf(text, "%4d-%2d-%2dT%2d:%2d:%f", &v.year, &v.month, &v.day, &v.hour, &v.min, &v.sec);
   if (num < 3) {
     v.init();
@@ -84,7 +84,6 @@ int Date::set(const char* text) {
       std::sscanf(text, "%4d%2d%2d%2d%2d%f", &v.year, &v.month, &v.day, &v.hour, &v.min, &v.sec);
     }
   }
-  // NOLINTEND(cert-err34-c)
   return set(v);
 }
 

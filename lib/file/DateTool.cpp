@@ -56,7 +56,6 @@ std::int64_t DateTool::getSeconds(const char* text) {
   if (!text) return Const::MISS;
   if (text[0] == '#' && text[1] >= '0' && text[1] <= '9') {
     DateVal v;
-    // NOLINTNEXTLINE(cert-err34-c): fields of a few digits cannot overflow
     std::sscanf(text + 1, "%4d%2d%2d%2d%2d", &v.year, &v.month, &v.day, &v.hour, &v.min);
     return Date(v).secs;
   }

@@ -13,7 +13,6 @@ int Timezone::set(const char* text) {
   if (!StrLib::valid(text)) return 0;
   if (*text == '-' || *text == '+') pm = *text++ == '-' ? -1 : 1;
   float hours = 0.0f;
-  // NOLINTNEXTLINE(cert-err34-c): the range is checked below
   if (std::sscanf(text, "%4[^:]:%f", name, &hours) == 2) {
     const double seconds = static_cast<double>(hours) * 3600.0;
     if (std::fabs(seconds) < INT_MAX) offset = static_cast<int>(seconds);

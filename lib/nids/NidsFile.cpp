@@ -1,6 +1,7 @@
 #include "KYV/NidsFile.h"
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdint>
 #include <span>
 
@@ -18,6 +19,7 @@ constexpr int SEGMENT = 4000;
 constexpr int BZIP2_OUTPUT = 100000;
 constexpr const char* TRAILER = "\r\r\n\003";  // end of a message in a broadcast frame
 constexpr int TRAILER_LENGTH = 4;
+constexpr int MAX_WARNING = 1000;      // characters
 constexpr int MAX_LINE = 4096;         // of a heading
 constexpr int MAX_EMPTY_STREAMS = 16;  // zlib streams without content, one after another
 enum SegmentType { PLAIN_SEGMENT = 0, ZLIB_SEGMENT = 1 };
@@ -114,8 +116,18 @@ int NidsFile::inflateSegment() {
   return 1;
 }
 
+void NidsFile::warn(const char* format, ...) const {
+  if (quiet) return;
+  char text[MAX_WARNING];
+  std::va_list args;
+  va_start(args, format);
+  StrLib::vprintf(text, MAX_WARNING, format, args);
+  va_end(args);
+  Kyv::outWarning("%s", text);
+}
+
 int NidsFile::reportDamage() {
-  if (!damaged) Kyv::outWarning("NidsFile: %s is damaged, what was read before the damage is kept\n", file->getName());
+  if (!damaged) warn("NidsFile: %s is damaged, what was read before the damage is kept\n", file->getName());
   damaged = true;
   return 0;
 }

@@ -304,7 +304,7 @@ int NidsFile::reportOther() {
     if (heading && text) what = "a free text message";
   }
   if (!what) return 0;
-  Kyv::outWarning("NidsFile: %s is %s, not a radar product\n", file->getName(), what);
+  warn("NidsFile: %s is %s, not a radar product\n", file->getName(), what);
   return 1;
 }
 
@@ -312,9 +312,8 @@ int NidsFile::readHeader(NidsInfo& info) {
   if (!opened) return 0;
   file->seek(0);
   if (!messHeader()) {
-    Kyv::outWarning(
-        data_type == 2 ? "NidsFile: %s is encrypted and cannot be read\n" : "NidsFile: %s is no NIDS product\n",
-        file->getName());
+    warn(data_type == 2 ? "NidsFile: %s is encrypted and cannot be read\n" : "NidsFile: %s is no NIDS product\n",
+         file->getName());
     return 0;
   }
   const std::int64_t here = file->tell();
@@ -323,11 +322,11 @@ int NidsFile::readHeader(NidsInfo& info) {
   const int described = readDescription();
   // With a wrong divider the rest is read as it comes, as long as it can be a product at all.
   if (code <= 0 || (described != 1 && code > MAX_CODE)) {
-    Kyv::outWarning("NidsFile: %s is no NIDS product\n", file->getName());
+    warn("NidsFile: %s is no NIDS product\n", file->getName());
     return 0;
   }
   if (described < 0) {
-    Kyv::outWarning("NidsFile: %s is cut off within its header\n", file->getName());
+    warn("NidsFile: %s is cut off within its header\n", file->getName());
     return 0;
   }
   findPackets();
@@ -371,7 +370,7 @@ void NidsFile::findPackets() {
   }
   prodSymbLayer();
   readPacket();
-  if (data_type == 2) Kyv::outWarning("NidsFile: %s is encrypted and cannot be read\n", file->getName());
+  if (data_type == 2) warn("NidsFile: %s is encrypted and cannot be read\n", file->getName());
 }
 
 void NidsFile::setGeometry() {

@@ -112,7 +112,7 @@ void NidsFile::readRadials(NidsData& d) {
   int prev = Const::MISS;
   for (int n = 0; n < MAX_RADIALS && readRadial(radial) > 0; n++) {
     if (radial.ang0 < 0.0f || radial.ang0 > FULL_CIRCLE) {
-      Kyv::outWarning("NidsFile::readData bad radial angle: %.2f\n", radial.ang0);
+      warn("NidsFile::readData bad radial angle: %.2f\n", radial.ang0);
       return;
     }
     const int slot = findSlot(radial.ang0, polar.dx, polar.nx);
@@ -139,7 +139,7 @@ bool NidsFile::canHoldGrid() {
   if (nx <= LARGE_GRID || data_type != 0 || seg_type != 0) return true;
   const std::int64_t rest = file->getRest() + raw.getAvail() + in.getAvail();
   if (rest / 2 >= nx) return true;
-  Kyv::outWarning("NidsFile: %s claims a grid of %d cells, more than its data can hold\n", file->getName(), nx);
+  warn("NidsFile: %s claims a grid of %d cells, more than its data can hold\n", file->getName(), nx);
   return false;
 }
 

@@ -27,7 +27,7 @@ int NidsFile::symbologyBlock(bool asked) {
   if (!opened) return 0;
   short divider = 0;
   if (readShort(divider) != 1 || divider != DIVIDER) {
-    if (asked) Kyv::outWarning("No divider in symbology block\n");
+    if (asked) warn("No divider in symbology block\n");
     return 0;
   }
   short id = 0;
@@ -83,7 +83,7 @@ int NidsFile::skipRest() {
 // A count that the file claims, kept within what a product can have.
 int NidsFile::clampCount(int count, int limit, const char* what) {
   if (count <= limit) return count;
-  Kyv::outWarning("NidsFile: %s claims %d %s, %d are read\n", file->getName(), count, what, limit);
+  warn("NidsFile: %s claims %d %s, %d are read\n", file->getName(), count, what, limit);
   return limit;
 }
 

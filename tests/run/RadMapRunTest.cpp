@@ -225,6 +225,32 @@ TEST_F(RadMapRun, EveryFormOfAProductGivesTheSamePage) {
   }
 }
 
+TEST_F(RadMapRun, LabelsAndBarStayOnThePageAndApart) {
+  const std::string product = program.write("ring.nids", ringProduct().bytes());
+  constexpr double WIDTH = 756.0, HEIGHT = 576.0;
+  for (const char* options : {"", "-la ul:Second_row,lr:Lower,lc:Middle", "-pd ll,35.3,-97.3,17,25,0.1,0.1",
+                              "-pd ps,35.3,-97.3,50,10,0.1,0.1"}) {
+    SCOPED_TRACE(options);
+    const PsPage page = draw(options, product);
+    const Page map(page, 1.0, 1.0);
+    double barTop = 0.0, textBottom = HEIGHT;
+    for (const PsPage::Path& p : page.getPaths()) {
+      double top = 0.0, bottom = HEIGHT;
+      for (const auto& [x, y] : p.points) {
+        top = std::max(top, y), bottom = std::min(bottom, y);
+        if (p.filled) continue;
+        EXPECT_TRUE(x >= 0.0 && x <= WIDTH && y >= 0.0 && y <= HEIGHT) << x << " " << y;
+      }
+      // Below the map: boxes are filled; what stands above them is text.
+      if (p.filled && top < map.y0) barTop = std::max(barTop, top);
+      if (!p.filled && top < map.y0 && bottom > barTop) textBottom = std::min(textBottom, bottom);
+    }
+    EXPECT_GT(barTop, 10.0);
+    EXPECT_LT(barTop, textBottom + TOLERANCE);
+    EXPECT_LT(textBottom, map.y0);
+  }
+}
+
 TEST_F(RadMapRun, HelpListsTheOptionsWithoutBanner) {
   const Program::Result r = program.run("-h");
   EXPECT_EQ(0, r.status);
