@@ -17,7 +17,7 @@ void drawPage(benchmark::State& state, Kind kind, const char* domainText) {
   KYV::Kyv::setDatabasePath(RADMAP_SOURCE_DIR "/data");
   KYV::Kyv::setResrc("filename", file.getName());
   KYV::Kyv::setResrc("device", "postscript,/dev/null,color");
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     KYV::RadMap radar;
     radar.setFilename();
     KYV::Domain domain;

@@ -16,7 +16,7 @@ void readProduct(benchmark::State& state, Kind kind) {
   KYV::Kyv::setMessageLevel(0);
   KYV::NidsFile nids;
   KYV::NidsData data;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     KYV::NidsInfo info;
     if (!nids.open(file.getName()) || !nids.readHeader(info)) return state.SkipWithError("not readable");
     nids.readData(data);
@@ -35,7 +35,7 @@ void inflateBody(benchmark::State& state, Kind kind) {
   NidsBuilder::Bytes packed =
       NidsBuilder::bzip2Stream(NidsBuilder::Bytes(message.begin() + DESCRIPTION_END, message.end()));
   NidsBuilder::Bytes body(message.size());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     KYV::BZlib bz;
     bz.setIn(packed.data(), static_cast<int>(packed.size()));
     bz.setOut(body.data(), static_cast<int>(body.size()));

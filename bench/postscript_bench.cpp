@@ -20,7 +20,7 @@ void drawCells(benchmark::State& state, const std::string& file) {
   for (int i = 0; i < 5; ++i) cell.add(0.0f, 0.0f);
   float angle = 0.0f;
   int color = 0x336699;
-  for ([[maybe_unused]] auto _ : state) {  // NOLINT(clang-analyzer-deadcode.DeadStores)
+  while (state.KeepRunning()) {
     angle += 0.01f;
     const float x = 378.0f + 250.0f * angle / (1.0f + angle), y = 288.0f - 200.0f / (1.0f + angle);
     cell.set(0, x, y);

@@ -58,10 +58,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
 namespace {
 
 constexpr double MAX_SECONDS = 1.0;
-constexpr long MAX_KILOBYTES = 512 * 1024;
+constexpr long MAX_KILOBYTES = 512L * 1024;
 constexpr int CUTS = 200;
 constexpr std::size_t FRONT = 400;  // bytes where headers stand; half of the changes go there
-constexpr std::size_t MAX_UNPACKED = 8 * 1024 * 1024;
+constexpr std::size_t MAX_UNPACKED = 8UL * 1024 * 1024;
 
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool CHECK_MEMORY = false;  // its own memory counts

@@ -17,7 +17,7 @@ struct ParamItem;
 /// The radar layer: draws one product file for each frame.
 class RadMap : public Drawing, public Listener {
  public:
-  RadMap() { init(); }
+  RadMap() { RadMap::init(); }
   explicit RadMap(const char* param) : RadMap() { setParam(param); }
 
   int init() override;
