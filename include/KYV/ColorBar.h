@@ -2,15 +2,9 @@
 #define KYV_COLORBAR_H
 
 #include "KYV/ColorFill.h"
-#include "KYV/Const.h"
+#include "KYV/Range.h"
 
 namespace KYV {
-
-/// A range of values; missing ends are open.
-struct Range {
-  float min = Const::MISS;
-  float max = Const::MISS;
-};
 
 /// The settings of the colour-scale bar that a plot draws below its map.
 class ColorBar {

@@ -9,6 +9,7 @@
 #include "KYV/Date.h"
 #include "KYV/Domain.h"
 #include "KYV/EarthPoints.h"
+#include "KYV/GeomBox.h"
 #include "KYV/Graph.h"
 #include "KYV/Panel.h"
 #include "KYV/PlotAttr.h"
@@ -18,14 +19,6 @@
 namespace KYV {
 
 class Strings;
-
-/// A rectangle by its corner and size, as geometry and panel texts give it; -9999 where the text gave nothing.
-struct GeomBox {
-  float x = Const::MISS;
-  float y = Const::MISS;
-  float width = Const::MISS;
-  float height = Const::MISS;
-};
 
 /// The surface that layers draw on: owns the graph with its device, the colours, the panels with their map domains, the
 /// labels and the colour bar. Transform 0 of the graph is the page, transform 1 the map of the current panel; drawing

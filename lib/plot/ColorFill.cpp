@@ -36,7 +36,7 @@ const char* splitValue(const char* item, float& value) {
 }
 
 // The sides of an item "from-to"; false when it is none or a side names no colour ("light-blue").
-struct Range {
+struct ColorRange {
   PlotAttr attr;
   int from = 0;
   int to = 0;
@@ -55,7 +55,7 @@ struct Range {
 // Whether a lone text is a scale by its form; any other one is the name of a file.
 bool isItem(ColorMap* map, const char* text) {
   float value = 0.0f;
-  return StrLib::isNum(text) || splitValue(text, value) || Range().decode(map, text);
+  return StrLib::isNum(text) || splitValue(text, value) || ColorRange().decode(map, text);
 }
 
 }  // namespace
@@ -121,7 +121,7 @@ int ColorFill::decodeItem(ColorMap* map, const char* item) {
   if (!StrLib::valid(item)) return 0;
   float value = Const::MISS;
   const char* text = splitValue(item, value);
-  Range range;
+  ColorRange range;
   if (!text && range.decode(map, item)) {
     for (int i = range.from;; i += range.from < range.to ? 1 : -1) {
       range.attr.color = i;

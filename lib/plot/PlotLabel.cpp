@@ -266,6 +266,9 @@ int Plot::drawBar() {
     if (!Const::isMissing(value)) {
       if (!Const::isMissing(range.min) && value < range.min) continue;
       if (!Const::isMissing(range.max) && value > range.max) continue;
+      // Data levels that stand for no value do not rise, and nothing is drawn in their colours.
+      const float next = fill.getValue(i + 1);
+      if (!Const::isMissing(next) && next <= value) continue;
     }
     // What is below the first class is not drawn and needs no box.
     if (entries.empty() && !fill.get(i).validColor()) continue;
