@@ -92,7 +92,7 @@ POLAR = (
 
 # Further names that people type: (name, name of the region).
 ALIASES = (
-    ("usa", "conus"), ("united_states", "conus"),
+    ("us", "conus"), ("usa", "conus"), ("united_states", "conus"), ("uk", "united_kingdom"),
     ("northeast", "neast"), ("southeast", "seast"), ("northwest", "nwest"), ("southwest", "swest"),
     ("northern_plains", "nplains"), ("southern_plains", "splains"), ("west_coast", "wcoast"),
     ("gulf_coast", "gcoast"), ("mid_atlantic", "midatl"), ("great_lakes", "glakes"), ("new_england", "neweng"),
