@@ -56,6 +56,7 @@ TEST(ProgDeathTest, AsksUntilTheLineIsAnAnswer) {
       dir.write("in", "set a = 1\n  an answer \t\n0123456789ab\n" + std::string(1000, 'x') + "\n\nend");
   EXPECT_EXIT(
       {
+        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): standard input stays the C library's
         if (!std::freopen(input.c_str(), "r", stdin)) Kyv::exit(Kyv::NOFILE);
         char answer[12];
         const int first = Prog::prompt("?", answer, sizeof answer);

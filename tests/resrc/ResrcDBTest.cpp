@@ -31,7 +31,7 @@ class ResrcDBTest : public testing::Test {
   }
 
   // Without "-df" no file is read.
-  void start(std::vector<std::string> arguments) {
+  void start(const std::vector<std::string>& arguments) {
     std::vector<const char*> argv = {"/usr/bin/radmap"};
     for (const std::string& argument : arguments) argv.push_back(argument.c_str());
     FreshKyv::reset();

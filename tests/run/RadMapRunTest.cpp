@@ -95,9 +95,9 @@ std::vector<PsPage::Path> fillsOf(const PsPage& page, const std::string& color) 
 TEST_F(RadMapRun, RadialCellsLieWhereTheRadarSawThem) {
   const std::string product = program.write("ring.nids", ringProduct().bytes());
   const PsPage page = draw("", product);
-  // The default map: 461 points high, one km apart, and 3:2 wide.
+  // The default map: 461 points high, one km apart, and 3:2 wide, that is 692 points.
   const double dx = mapFactor() / 100.0;
-  const Page map(page, (461 * 3 / 2 + 1 - 1) * dx, 460 * dx);
+  const Page map(page, 691 * dx, 460 * dx);
   EXPECT_NEAR(map.sx, map.sy, 0.01);  // the domain's aspect ratio is kept
 
   std::map<std::string, int> counts = page.countFills();
@@ -107,12 +107,13 @@ TEST_F(RadMapRun, RadialCellsLieWhereTheRadarSawThem) {
 
   const std::vector<PsPage::Path> cells = fillsOf(page, YELLOW);
   ASSERT_EQ(1081u, cells.size());
-  for (int i = 0; i < 360; ++i) {
-    for (int j = 0; j < 3; ++j) {
-      const PsPage::Path& cell = cells[static_cast<std::size_t>(3 * i + j)];
+  for (std::size_t i = 0; i < 360; ++i) {
+    for (std::size_t j = 0; j < 3; ++j) {
+      const PsPage::Path& cell = cells[3 * i + j];
       ASSERT_EQ(5u, cell.points.size());
-      const double near = (10 + j) * dx, far = near + dx;
-      const double a = rad(i), b = rad(i + 1.01);  // neighbours overlap by a hundredth of a degree
+      const double near = (10.0 + static_cast<double>(j)) * dx, far = near + dx;
+      const double azimuth = static_cast<double>(i);
+      const double a = rad(azimuth), b = rad(azimuth + 1.01);  // neighbours overlap by a hundredth of a degree
       expectCorner(map.at(near * std::sin(a), near * std::cos(a)), cell.points[0]);
       expectCorner(map.at(far * std::sin(a), far * std::cos(a)), cell.points[1]);
       expectCorner(map.at(far * std::sin(b), far * std::cos(b)), cell.points[2]);
@@ -134,13 +135,13 @@ TEST_F(RadMapRun, CellsFollowAnotherProjection) {
   const double scale = (1.0 + std::sin(rad(60.0))) * EARTH;
   const double pole = scale * std::tan(rad((90.0 - LAT) / 2.0));
   const double dx = mapFactor() / 100.0;
-  for (int i = 0; i < 360; i += 7) {
-    const double a = rad(i), range = 10 * dx;
+  for (std::size_t i = 0; i < 360; i += 7) {
+    const double a = rad(static_cast<double>(i)), range = 10 * dx;
     const double x = range * std::sin(a), y = range * std::cos(a) - pole;
     const double lat = 90.0 - 2.0 * std::atan2(std::hypot(x, y), scale) * 180.0 / PI;
     const double lonFromRadar = std::atan2(x, -y) * 180.0 / PI;
     SCOPED_TRACE(i);
-    expectCorner(map.at(lonFromRadar, lat - LAT), cells[static_cast<std::size_t>(3 * i)].points[0]);
+    expectCorner(map.at(lonFromRadar, lat - LAT), cells[3 * i].points[0]);
   }
 }
 
@@ -150,8 +151,8 @@ TEST_F(RadMapRun, GridCellsStartAtTheGridsCorner) {
   b.header(38, 9).location(LAT, LON).thresholds(reflectivityLevels()).raster(0xBA07);
   b.gridRow({{4, 0}}).gridRow({{2, 0}, {1, 8}, {1, 0}}).gridRow({{4, 0}}).gridRow({{4, 0}});
   const PsPage page = draw("", program.write("grid.nids", b.bytes()));
-  const double c = 4.0 * mapFactor() / 100.0;
-  const Page map(page, (5 * 3 / 2 + 1 - 1) * c, 4 * c);
+  const double c = 4.0 * mapFactor() / 100.0;  // 5 points high, 8 wide
+  const Page map(page, 7 * c, 4 * c);
   const std::vector<PsPage::Path> cells = fillsOf(page, YELLOW);
   ASSERT_EQ(2u, cells.size());  // and the box of the bar
   const double x = -1.5 * c + 2 * c, y = 1.5 * c - 1 * c;

@@ -14,6 +14,7 @@ namespace {
 
 std::vector<std::string> items(const Strings& list) {
   std::vector<std::string> all;
+  all.reserve(static_cast<std::size_t>(list.getNum()));
   for (int i = 0; i < list.getNum(); i++) all.emplace_back(StrLib::valid(list.getString(i), ""));
   return all;
 }
