@@ -9,7 +9,7 @@ namespace KYV {
 class File;
 struct Point;
 
-/// A stroke font, 105 units a text height, or the specification of a device font.
+/// A stroke font, 105 units a text height, or the name of a device font.
 class GFont {
  public:
   static constexpr int MAX_CODE = 7500;  // stroke codes in a font, separators included

@@ -121,7 +121,7 @@ int Graph::loadFont() {
   return 0;
 }
 
-// Hands the device the font of the specification, a size in place of "{n}": the text height in plot units times n / 10.
+// Hands the device the name of its font, a size in place of "{n}": the text height in plot units times n / 10.
 int Graph::setFontSpec() {
   if (!device || !device_fonts) return 0;
   String spec(font_spec + 1);
