@@ -18,7 +18,6 @@ constexpr float DEFAULT_RING = 100.0f;     // km
 constexpr float DEFAULT_RING_NM = 185.2f;  // km: 100 nautical miles
 constexpr int DEFAULT_CLUTTER = 25;        // km
 constexpr int DEFAULT_RAMP_RANGE = 200;    // bins or km
-constexpr int MULTI_RADAR = 10000;         // sources from here on are no single radar
 
 // The domain around a station when there is no product: 90 by 60 points of some 12 km.
 constexpr int STATION_NX = 90;
@@ -121,7 +120,7 @@ int RadMap::getDomain(Domain& domain) {
     product.setQuiet(true);  // what is wrong with the file is said when it is drawn
     if (product.open(file.getName()) && product.readHeader(header)) {
       DomainVal val = product.getDomainVal();
-      if (header.src < MULTI_RADAR && !product.isVAD() && !product.isDPA()) val.nx = val.ny * 3 / 2 + 1;
+      if (!header.isMultiRadar() && !product.isVAD() && !product.isDPA()) val.nx = val.ny * 3 / 2 + 1;
       domain.set(val);
       if (Kyv::checkMessage(8)) {
         Kyv::outMessage(8, "NIDS Domain: ");
@@ -153,6 +152,10 @@ int RadMap::draw(Plot& surface) {
   if (!nids.open(file.getName())) {
     Kyv::outWarning("RadMap: Unable to open file: %s\n", file.getName());
     return 0;
+  }
+  if (file.getNumFiles() > 1) {
+    Kyv::outWarning("RadMap: %d files are named, this version draws the first: %s\n", file.getNumFiles(),
+                    file.getName());
   }
   Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
   if (!nids.readHeader(info)) return 0;

@@ -20,7 +20,6 @@ namespace KYV {
 
 namespace {
 
-constexpr int MULTI_RADAR = 10000;      // sources from here on are no single radar
 constexpr int SUPER_RES_RADIALS = 701;  // radials of a packet from which on they are half a degree wide
 constexpr float HAIRLINE = 0.01f;       // degrees by which radials overlap, so that no gap shows between them
 constexpr float PAGE_LINES = 512.0f;    // lines of a display page, in which text and barbs have their sizes
@@ -167,8 +166,9 @@ void RadMap::Painter::chooseScale() {
 // A point of the data's plane on the plot's; missing where the plot's map cannot show it.
 Point RadMap::Painter::toPlot(const Point& p) const {
   if (sameProjection) return p;
+  EarthPoint e;
   Point q;
-  Domain::translate(dom, p, plot.getDomain(), q);
+  if (!dom.tran(p, e) || !plot.getDomain().tran(e, q)) q.setMissing();
   return q;
 }
 
@@ -350,7 +350,7 @@ void RadMap::setLabels(Plot& surface) {
   char label[100];
   if (*id) {
     StrLib::printf(label, "%s %s", id, info.info);
-  } else if (info.src < MULTI_RADAR) {
+  } else if (!info.isMultiRadar()) {
     char key[20];
     StrLib::printf(key, "%05d", info.src);
     CityData station;

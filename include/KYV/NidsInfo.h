@@ -8,6 +8,8 @@ namespace KYV {
 
 /// What a product's header tells. Fields that the reader does not set stay missing.
 struct NidsInfo {
+  static constexpr int MULTI_RADAR = 10000;  // sources from here on are mosaics of several radars
+
   char info[50] = "";       // product name with units
   char misc[50] = "";       // mode, range, elevation, extremes
   int src = Const::MISS;    // source: radar number, 10000 and above for multi-radar products
@@ -40,6 +42,7 @@ struct NidsInfo {
   int end_time = Const::MISS;
 
   int init() { return *this = NidsInfo(), 1; }
+  bool isMultiRadar() const { return src >= MULTI_RADAR; }
   /// A line for each field on standard output.
   int print() const;
   const char* getInfo() const { return info; }

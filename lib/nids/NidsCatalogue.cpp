@@ -1,4 +1,5 @@
 #include "KYV/NidsFile.h"
+#include "KYV/NidsInfo.h"
 #include "KYV/StrLib.h"
 #include "ProductTable.h"
 
@@ -36,7 +37,7 @@ bool NidsFile::isDual() const { return findProduct(code).family & DUAL; }
 
 int NidsFile::setInfo(char* s) {
   if (!s) return 0;
-  const char* name = src >= MULTI_RADAR ? findMosaicName(code) : findProduct(code).name;
+  const char* name = src >= NidsInfo::MULTI_RADAR ? findMosaicName(code) : findProduct(code).name;
   if (name) {
     StrLib::copy(s, FIELD, name);
   } else {
@@ -49,7 +50,7 @@ int NidsFile::setMisc(char* s) {
   if (!s) return 0;
   const std::uint32_t family = findProduct(code).family;
   StrLib::copy(s, FIELD, mode >= 0 && mode <= 2 ? MODES[mode] : "");
-  if (src >= MULTI_RADAR) {
+  if (src >= NidsInfo::MULTI_RADAR) {
     StrLib::aprintf(s, FIELD, " Res=%3.1f", res);
   } else if (!(family & (VAD | SRVEL))) {
     StrLib::aprintf(s, FIELD, " Rng=%.0f(%.1f)", range, res);

@@ -375,7 +375,7 @@ void NidsFile::findPackets() {
 
 void NidsFile::setGeometry() {
   const Product& product = findProduct(code);
-  const bool mosaic = src >= MULTI_RADAR;
+  const bool mosaic = src >= NidsInfo::MULTI_RADAR;
   const bool profile = product.family & VAD;
   dom.init();
   dom.proj = mosaic ? DomainVal::LAMB : DomainVal::PSTEREO;

@@ -146,9 +146,7 @@ constexpr const Product& findProduct(int code) {
   return row != std::ranges::end(PRODUCTS) && row->code == code ? *row : UNLISTED;
 }
 
-// Products of several radars have source numbers from here on, and a catalogue of their own.
-inline constexpr int MULTI_RADAR = 10000;
-
+// Mosaics (sources from NidsInfo::MULTI_RADAR on) have a catalogue of their own.
 struct MosaicName {
   int first;  // codes, both included
   int last;

@@ -129,8 +129,11 @@ int Plot::open(const char* params) {
   StrLib::copy(title, name);
   if (*title) graph.setTitle(title);
 
-  image_output = namesImage(Kyv::resrc.get("output", "")) ? 1 : 0;
+  const char* output = Kyv::resrc.get("output", "");
+  image_output = namesImage(output) ? 1 : 0;
+  if (image_output) Kyv::outWarning("Plot: this version writes no pictures, %s is left out\n", output);
   logo.copy(Kyv::resrc.get("logo", ""));
+  if (logo.valid()) Kyv::outWarning("Plot: this version draws no logos, %s is left out\n", logo.get());
   if (const char* zone = Kyv::resrc.get("timezone")) tz.set(zone);
   setParam(Kyv::resrc.get("parameter"));
   setParam(params);
