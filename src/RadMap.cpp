@@ -19,6 +19,10 @@ constexpr float DEFAULT_RING_NM = 185.2f;  // km: 100 nautical miles
 constexpr int DEFAULT_CLUTTER = 25;        // km
 constexpr int DEFAULT_RAMP_RANGE = 200;    // bins or km
 
+// Keys of the name convention.
+constexpr char STATION_KEY = 'i';
+constexpr char TYPE_KEY = 't';
+
 // The domain around a station when there is no product: 90 by 60 points of some 12 km.
 constexpr int STATION_NX = 90;
 constexpr int STATION_NY = 60;
@@ -48,18 +52,63 @@ int RadMap::setFile() {
   if (const char* v = Kyv::resrc.get("input")) setInput(v);
   if (const char* v = Kyv::resrc.get("in_file")) setNameConv(v);
   if (const char* v = Kyv::resrc.get("hour")) setHour(v);
+  if (const char* v = Kyv::resrc.get("num_hour")) file.setNumFiles(v);
   return 1;
 }
 
-// Keys and frame count of the name convention belong to the search for files, which this version does not have yet; a
-// literal file name needs none of them.
-int RadMap::setNameConv(const char* conv) { return file.setNameConv(conv); }
-int RadMap::setHour(const char*) { return 0; }
+int RadMap::setNameConv(const char* conv) {
+  file.setNameConv(conv);
+  // A convention starts without keys.
+  if (*id) file.setKey(STATION_KEY, id);
+  if (*type) file.setKey(TYPE_KEY, type);
+  if (const char* v = Kyv::resrc.get("num_hour")) file.setNumFiles(v);
+  return 1;
+}
 
-int RadMap::setId(const char* text) { return StrLib::copy(id, text); }
-int RadMap::setType(const char* text) { return StrLib::copy(type, text); }
+int RadMap::setId(const char* text) {
+  StrLib::copy(id, text);
+  return file.setKey(STATION_KEY, id);
+}
 
-int RadMap::getInitDate(Date& date) { return file.getDate(date); }
+int RadMap::setType(const char* text) {
+  StrLib::copy(type, text);
+  return file.setKey(TYPE_KEY, type);
+}
+
+int RadMap::setFilename() { return settle(file.setFile()); }
+
+int RadMap::setFilename(const char* name) { return settle(file.setFile(name) && file.exist()); }
+
+// Where the very minute that was asked for has no file, the one that is valid then serves; where there is none, says
+// where the search has looked. The figure asks more than once, the answer is given once.
+int RadMap::settle(int there) {
+  String search;
+  if (there || !file.getSearch(search)) return there;
+  Date date;
+  file.getDate(date);
+  if (date.isSet() && file.setFile(date)) return 1;
+  if (search.equal(reported.get())) return 0;
+  reported.copy(search);
+  Kyv::outWarning("RadMap: No file found\n%s", search.get());
+  Kyv::outWarning(
+      "  Choose with -id STATION -ty PRODUCT -cu DATE, say where with -dp DIRECTORY, which names with -if, "
+      "or name a file\n");
+  return 0;
+}
+
+// A frame without its file is passed over by the figure; of a file that the user has named it should be said.
+int RadMap::setFilename(Date& date, const char* name) {
+  const int there = file.setFile(date, name);
+  if (!there && file.isFixed() && file.getNumFiles() > 1) {
+    Kyv::outWarning("RadMap: Unable to open file: %s\n", file.getName());
+  }
+  return there;
+}
+
+int RadMap::getInitDate(Date& date) {
+  if (!file.isSet()) file.setFile("la");
+  return file.getDate(date);
+}
 
 int RadMap::setParam(const char* params) {
   using enum ParamMatch;
@@ -152,10 +201,6 @@ int RadMap::draw(Plot& surface) {
   if (!nids.open(file.getName())) {
     Kyv::outWarning("RadMap: Unable to open file: %s\n", file.getName());
     return 0;
-  }
-  if (file.getNumFiles() > 1) {
-    Kyv::outWarning("RadMap: %d files are named, this version draws the first: %s\n", file.getNumFiles(),
-                    file.getName());
   }
   Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
   if (!nids.readHeader(info)) return 0;

@@ -18,6 +18,9 @@ class DateTool {
 
   /// "#YYYYMMDDhhmm" as seconds since 1970, else the number.
   static std::int64_t getSeconds(const char* text);
+  /// The moment that counts as now when data are chosen: the fixed time of the program (Kyv::setInitTime), else that of
+  /// the environment variable "kyvcurtime" ("#YYYYMMDDhhmm", cut anywhere after the year), else the clock.
+  static int getNow(Date& date);
   /// "h" or "h:m" in minutes.
   static int getMinutes(const char* text);
   static int getCurrent(String& text);

@@ -26,10 +26,11 @@ class RadMap : public Drawing, public Listener {
   int setFile() override;
   int setInput(const char*) override { return 1; }
   int setNameConv(const char* conv) override;
-  int setFilename() override { return file.setFile(); }
-  int setFilename(const char* name) override { return file.setFile(name); }
-  int setFilename(Date& date) override { return file.setFile(date); }
-  int setFilename(Date& date, const char* name) override { return file.setFile(date, name); }
+  /// The file of the resources `filename` and `current`, the latest of station and type without them.
+  int setFilename() override;
+  int setFilename(const char* name) override;
+  int setFilename(Date& date) override { return setFilename(date, nullptr); }
+  int setFilename(Date& date, const char* name) override;
   int setForeTime(const char*) override { return 1; }
   /// The layer's parameter string; items that are none of its keys are ignored.
   int setParam(const char* params) override;
@@ -52,7 +53,8 @@ class RadMap : public Drawing, public Listener {
   int setColorTable(const char* text) { return color_table.copy(text); }
   int setColorFill(const char* text) { return color_fill.copy(text); }
   int setColor(const char* text) { return color_data.copy(text); }
-  int setHour(const char* text);
+  /// The latest file is then looked for from this hour on (NameConv::setFixDate).
+  int setHour(const char* text) { return file.setFixDate(text); }
   int setPath(const char* path) { return file.setPath(path); }
   int getInfo(NidsInfo& copy) const { return copy = info, 1; }
   /// Answers "QueryLoc" ("lat,lon") with the product's value there, on standard output.
@@ -61,6 +63,7 @@ class RadMap : public Drawing, public Listener {
  private:
   struct Painter;  // draws the packets of one product, see src/RadMapImage.cpp
 
+  int settle(int there);
   void setRings(const ParamItem& item, int n, float standard, float unit);
   int drawImage(Plot& surface);
   void setLabels(Plot& surface);
@@ -82,6 +85,7 @@ class RadMap : public Drawing, public Listener {
   int shadow = 0;                    // copies of the drop shadow of storm symbols
   int sync = 0;
   Filename file;
+  String reported;  // the search in vain that was last told of
   Timezone tz;
   NidsFile nids;
   NidsInfo info;

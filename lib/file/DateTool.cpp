@@ -5,8 +5,10 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "KYV/Date.h"
+#include "KYV/Kyv.h"
 #include "KYV/StrLib.h"
 #include "KYV/String.h"
 
@@ -61,6 +63,25 @@ std::int64_t DateTool::getSeconds(const char* text) {
   }
   std::int64_t secs = 0;
   return takeNumber(text, secs) ? secs : Const::MISS;
+}
+
+int DateTool::getNow(Date& date) {
+  const std::int64_t fixed = Kyv::getInitTime();
+  if (!Const::isMissing(static_cast<long>(fixed))) return date.set(static_cast<long>(fixed));
+  const char* text = std::getenv("kyvcurtime");
+  if (!text) return date.setCurrent();
+  if (*text == '#') ++text;
+  DateVal v;
+  v.set(1980, 1, 1, 0, 0, 0.0f);
+  const int digits = static_cast<int>(std::strspn(text, "0123456789"));
+  if (digits >= 4) std::sscanf(text, "%4d", &v.year);
+  int DateVal::*const fields[] = {&DateVal::month, &DateVal::day, &DateVal::hour, &DateVal::min};
+  int at = 4;
+  for (const auto field : fields) {
+    if (digits > at) std::sscanf(text + at, "%2d", &(v.*field));
+    at += 2;
+  }
+  return date.set(v);
 }
 
 int DateTool::getMinutes(const char* text) {

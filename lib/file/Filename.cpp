@@ -1,29 +1,105 @@
 #include "KYV/Filename.h"
 
+#include <cstdio>
+
+#include "KYV/DateTool.h"
 #include "KYV/FileTool.h"
 #include "KYV/Kyv.h"
+#include "KYV/NameConvFile.h"
 
 namespace KYV {
 
-int Filename::setName(const char* text) {
+bool Filename::isNamed() const { return *conv.getFile() != '\0'; }
+
+int Filename::setLiteral(const char* text) {
   name.copy(text);
+  hdr.clear();
+  date.init();
+  base_date.init();
+  search.clear();
+  file_off = own_off;
   is_set = fixed = name.valid();
   return is_set;
 }
 
-int Filename::checkFile(const char* spec) {
-  is_set = fixed = false;
-  name.clear();
-  if (!StrLib::valid(spec)) return 0;
-  if (StrLib::equal(spec, "exit")) Kyv::exit(Kyv::NOERR);
-  if (*spec == '@') return setName(spec + 1);
-  if (FileTool::isStdio(spec)) return setName("-");
-  return setName(spec);
+// Takes over what the convention has found, or the name that it would have.
+int Filename::take(int there, const NameConvFile& found) {
+  name.copy(conv.getName());
+  hdr.copy(found.getHeader());
+  StrLib::copy(type, found.getType());
+  StrLib::copy(param, found.getParam());
+  date = found.date;
+  file_off = Const::isMissing(own_off) ? found.offset : own_off;
+  is_set = name.valid();
+  fixed = false;
+  search.clear();
+  if (!there) conv.getSearch(search);
+  return there;
 }
 
-int Filename::setList() {
-  num_file = files.getNum() > 1 ? files.getNum() : 1;
-  return checkFile(files.getString(0));
+int Filename::setLatest(const char* spec) {
+  NameConvFile found;
+  const int there = take(conv.setLatest(spec, found), found);
+  base_date = date;
+  if (base_date.isSet()) base_date.fix();
+  return there;
+}
+
+int Filename::set(const char* convention, const char* spec) {
+  conv.set(convention);
+  if (isNamed()) return setLatest(spec);
+  return setLiteral(spec) && exist();
+}
+
+int Filename::set(const char* convention, const Date& d) {
+  conv.set(convention);
+  if (!isNamed()) return 0;
+  NameConvFile found;
+  const int there = take(conv.setFile(d, found), found);
+  base_date = d;
+  return there;
+}
+
+int Filename::checkFile(const char* spec) {
+  is_set = fixed = false;
+  asked.clear();
+  if (!StrLib::valid(spec)) return name.clear(), 0;
+  if (StrLib::equal(spec, "exit")) Kyv::exit(Kyv::NOERR);
+  if (*spec == '@') return setLiteral(spec + 1);
+  if (FileTool::isStdio(spec)) return setLiteral("-");
+  if (!isNamed()) return setLiteral(spec);
+  const bool hasDate = *spec == '#';
+  const bool hasOffset = (StrLib::iequal(spec, "cu=", 3) || StrLib::iequal(spec, "cu-", 3)) && spec[3];
+  const bool isNow = StrLib::iequal(spec, "cu");
+  if (hasDate || hasOffset || isNow || StrLib::iequal(spec, "la", 2)) {
+    // Now is an offset of nothing: no search.
+    if (!setLatest(isNow ? "0" : spec + (hasOffset ? 3 : 0)) && FileTool::exist(spec)) {
+      search.append("  To draw the file of this name itself write ./");
+      search.append(spec);
+      search.append('\n');
+    }
+    if (hasDate && date.set(spec)) {
+      base_date = date;
+      base_date.fix();
+    }
+    return 1;
+  }
+  if (FileTool::isFullPath(conv.getFile()) && FileTool::isFullPath(spec)) return setLiteral(spec);
+
+  const NameConv before = conv;
+  if (!conv.decode(spec)) return setLiteral(spec);
+  Date read;
+  conv.getDate(read);
+  NameConvFile found;
+  if (!take(conv.setFile(read, found), found) && FileTool::exist(spec)) {
+    // The file fits the template but lies elsewhere.
+    conv = before;
+    return setLiteral(spec);
+  }
+  base_date = date;
+  if (base_date.isSet()) base_date.fix();
+  fixed = Const::isMissing(conv.off);
+  return 1;
 }
 
 int Filename::setFile(const char* spec) {
@@ -34,23 +110,80 @@ int Filename::setFile(const char* spec) {
 
 int Filename::setFile() {
   const char* names = Kyv::resrc.get("filename");
-  if (!StrLib::valid(names)) return 0;
+  const char* current = Kyv::resrc.get("current");
+  if (StrLib::equal(names, "list")) listFile();
+  if (!StrLib::valid(names)) {
+    if (!isNamed()) return 0;
+    files.clear();
+    asked.clear();
+    return setLatest(StrLib::valid(current, "la"));
+  }
   files.set(names, StrLib::index(names, '\n') >= 0 ? '\n' : ',');
-  return setList() && exist();
+  const bool list = files.getNum() > 1 && !files.iequal(1, "nh=", 3);
+  if (!current || list) return setList() && exist();
+  conv.set(files.getString(0));
+  return isNamed() ? setLatest(current) : setLiteral(files.getString(0)) && exist();
 }
 
-int Filename::setFile(const Date&) { return is_set && exist(); }
-
-int Filename::setFile(const Date& d, const char* spec) { return StrLib::valid(spec) ? setFile(spec) : setFile(d); }
-
-int Filename::setFile(int i) { return i >= 0 && i < files.getNum() ? checkFile(files.getString(i)) : 0; }
-
-const char* Filename::getName(int i) const {
-  if (i == 0) return name.get();
-  const char* text = files.getString(i);
-  return text ? text : "";
+// The items of `files`: a specification and its time window, or the names of the frames.
+int Filename::setList() {
+  asked.clear();
+  if (listed) num_file = 1;
+  listed = false;
+  if (files.getNum() > 1 && files.iequal(1, "nh=", 3)) {
+    String window(files.getString(1, 3));
+    for (int i = 2; i < files.getNum(); ++i) {
+      window.append(',');
+      window.append(StrLib::valid(files.getString(i), ""));
+    }
+    const String spec(files.getString(0));
+    files.clear();
+    const int chosen = checkFile(spec.get());
+    setNumFiles(window.get());
+    return chosen;
+  }
+  if (files.getNum() < 2) {
+    const String spec(files.getString(0));
+    files.clear();
+    return checkFile(spec.get());
+  }
+  num_file = files.getNum();
+  num_type = FILES;
+  listed = true;
+  return setLiteral(files.getString(0));
 }
 
 bool Filename::exist() const { return is_set && (FileTool::isStdio(name.get()) || FileTool::exist(name.get())); }
+
+const char* Filename::getName(int i) const {
+  if (i == 0) return name.get();
+  return StrLib::valid(files.getString(i), "");
+}
+
+int Filename::getSearch(String& text) const { return text.copy(search), search.valid(); }
+
+int Filename::addOutPath(const char* dir) {
+  String out;
+  if (name.valid() && FileTool::addOutPath(dir, name.get(), out)) name.copy(out);
+  if (hdr.valid() && FileTool::addOutPath(dir, hdr.get(), out)) hdr.copy(out);
+  return name.valid();
+}
+
+int Filename::print() const {
+  std::printf("Filename\n");
+  std::printf("  Name: %s\n", name.get());
+  if (hdr.valid()) std::printf("  Header: %s\n", hdr.get());
+  std::printf("  Type: %s\n", type);
+  std::printf("  Param: %s\n", param);
+  std::printf("  Fixed: %d\n", fixed);
+  std::printf("  Date: ");
+  date.print();
+  std::printf("  Base date: ");
+  base_date.print();
+  std::printf("  Frames: %d\n", num_file);
+  std::printf("  Offset: %d\n", file_off);
+  for (int i = 0; i < files.getNum(); ++i) std::printf("  File %d: %s\n", i, StrLib::valid(files.getString(i), ""));
+  return 1;
+}
 
 }  // namespace KYV

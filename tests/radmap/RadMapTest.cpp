@@ -151,5 +151,53 @@ TEST_F(RadMapLayer, AQueryAnswersWithTheBinThatIsDrawnThere) {
   EXPECT_EQ("", testing::internal::GetCapturedStdout());
 }
 
+// Files at 10:00 and 10:07, now is 10:30.
+TEST_F(RadMapLayer, StationAndProductFindFilesByAnyConvention) {
+  const std::string content = toString(NidsBuilder().header(19, 9).location(LAT, LON).bytes());
+  dir.write("TLX_N0Q_2024_05_01_10_00_13", content);
+  dir.write("TLX_N0Q_2024_05_01_10_07_02", content);
+  Kyv::setResrc("data_path", dir.path().c_str());
+  Kyv::setInitTime(Date(2024, 5, 1, 10, 30, 0.0f).secs);
+  const auto minute = [](RadMap& layer) {
+    Date d;
+    layer.getDate(d);
+    return d.isSet() ? d.hour * 100 + d.min : 0;
+  };
+  for (const char* params : {"id=ktlx,ty=n0q,if=cloud", "nc=cloud,ty=n0q,id=ktlxxx"}) {
+    SCOPED_TRACE(params);
+    RadMap layer(params);
+    Date first;
+    EXPECT_EQ(1, layer.getInitDate(first));  // looks for the latest on its own
+    EXPECT_EQ(1007, minute(layer));
+    EXPECT_EQ(60, layer.getDateOffset());
+    EXPECT_EQ(1, layer.getNumFrames());
+    Date between(2024, 5, 1, 10, 6, 0.0f);
+    EXPECT_EQ(1, layer.setFilename(between));
+    EXPECT_EQ(1000, minute(layer));
+    Date before(2024, 5, 1, 9, 59, 0.0f);
+    EXPECT_EQ(0, layer.setFilename(before, ""));
+    EXPECT_EQ(1, layer.setFilename("la"));
+    EXPECT_EQ(1007, minute(layer));
+    // A minute without a file is that of the file before.
+    EXPECT_EQ(1, layer.setFilename("la-0:03"));
+    EXPECT_EQ(1000, minute(layer));
+  }
+  Kyv::setResrc("in_file", "cloud");
+  Kyv::setResrc("identifier", "TLX");
+  Kyv::setResrc("type", "N0Q");
+  Kyv::setResrc("hour", "-6:-2");  // 06:30
+  Kyv::setResrc("num_hour", "1,0:15");
+  RadMap layer;
+  EXPECT_EQ(5, layer.getNumFrames());
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(0, layer.setFilename());
+  EXPECT_EQ(0, layer.setFilename());
+  const std::string said = testing::internal::GetCapturedStderr();
+  EXPECT_NE(std::string::npos, said.find("Times: 2024-05-01 06:30 to 2024-04-30 06:30"));
+  EXPECT_EQ(said.find("No file found"), said.rfind("No file found"));  // said once
+  EXPECT_EQ(900, layer.getDateOffset());
+  Kyv::setInitTime(Const::MISS);
+}
+
 }  // namespace
 }  // namespace KYV

@@ -306,12 +306,11 @@ TEST_F(RadMapRun, WhatCannotBeDrawnIsReported) {
   };
   constexpr Case CASES[] = {
       {"-de postscript,out.ps missing.nids", "RadMap: Unable to open file: missing.nids\n"},
-      {"-de postscript,out.ps", "RadMap: No product file"},
+      {"-de postscript,out.ps -id kxyz", "  Keys: i=kxyz\n  Directory: .\n"},
       {"-de postscript,out.ps text.txt", "text.txt"},
       {"-de postscript,out.ps empty", "empty"},
       {"-de postscript,/proc/none/out.ps text.txt", "Postscript: unable to output to file\n"},
       {"text.txt", "-de postscript"},
-      {"-de postscript,out.ps text.txt empty", "RadMap: 2 files are named, this version draws the first: text.txt\n"},
       {"-de postscript,out.ps -ou map.png text.txt", "no pictures, map.png is left out\n"},
       {"-de postscript,out.ps -lo own.gif text.txt", "no logos, own.gif is left out\n"},
   };

@@ -1,0 +1,335 @@
+#include <algorithm>
+#include <cctype>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "KYV/DateTool.h"
+#include "KYV/FileTool.h"
+#include "KYV/Kyv.h"
+#include "KYV/NameConv.h"
+#include "KYV/NameConvFile.h"
+#include "NameLookup.h"
+#include "NameTemplate.h"
+#include "TextFormat.h"
+
+namespace KYV {
+
+namespace {
+
+constexpr int MIN_DATE = 8;  // characters of a specification that may begin with a date
+constexpr int BACKWARD = -1;
+constexpr int FORWARD = 1;
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// The date that a specification begins with, which is passed; the first form of which all fields are there. A sign is
+// that of an offset, so it ends every form but the first.
+bool takeDate(const char*& spec, DateVal& v) {
+  const char* text = spec + (*spec == '#' ? 1 : 0);
+  const std::string digits(text, std::strcspn(text, "+-"));
+  const char* plain = digits.c_str();
+  const DateVal base = v;
+  int n = 0;
+  const auto read = [&](auto scan) {
+    v = base;
+    n = 0;
+    scan();
+    return n > 0;
+  };
+  const bool there =
+      read([&] {
+        std::sscanf(text, "%4d-%2d-%2dT%2d:%2d:%f%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &v.sec, &n);
+      }) ||
+      read([&] {
+        std::sscanf(plain, "%4d%2d%2d_%2d%2d%f%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &v.sec, &n);
+      }) ||
+      read([&] { std::sscanf(plain, "%4d%2d%2d_%2d%2d%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &n); }) ||
+      read([&] { std::sscanf(plain, "%4d%2d%2d_%2d%n", &v.year, &v.month, &v.day, &v.hour, &n); }) || read([&] {
+        std::sscanf(plain, "%4d%2d%2d%2d%2d%f%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &v.sec, &n);
+      }) ||
+      read([&] { std::sscanf(plain, "%4d%2d%2d%2d%2d%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &n); }) ||
+      read([&] { std::sscanf(plain, "%4d%2d%2d%2d%n", &v.year, &v.month, &v.day, &v.hour, &n); }) ||
+      read([&] { std::sscanf(plain, "%4d%2d%2d%n", &v.year, &v.month, &v.day, &n); });
+  if (there) spec = text + n;
+  return there;
+}
+
+int takeSign(const char*& spec) {
+  if (*spec == '+') return ++spec, FORWARD;
+  if (*spec == '-') ++spec;
+  return BACKWARD;
+}
+
+std::int64_t takeNumber(const char*& spec) {
+  constexpr std::int64_t MOST = 1000000;
+  std::int64_t value = 0;
+  for (; isDigit(*spec); ++spec) value = std::min(value * 10 + (*spec - '0'), MOST);
+  return value;
+}
+
+// "6", "6:30", "1d", "1d6:30": seconds.
+int takeOffset(const char*& spec) {
+  std::int64_t days = 0;
+  std::int64_t hours = takeNumber(spec);
+  if (*spec == 'd') {
+    ++spec;
+    days = hours;
+    hours = takeNumber(spec);
+  }
+  std::int64_t minutes = 0;
+  if (spec[0] == ':' && isDigit(spec[1])) minutes = takeNumber(++spec);
+  return static_cast<int>(std::min<std::int64_t>(days * 86400 + hours * 3600 + minutes * 60, INT_MAX));
+}
+
+// "2024-05-01 18:30"
+std::string minuteText(const Date& d) {
+  String text;
+  d.toText("%Y-%m-%d %H:%M", text);
+  return text.get();
+}
+
+}  // namespace
+
+bool NameConv::fits(const char* name) const {
+  const std::int64_t size = FileTool::getSize(name);
+  Kyv::outDebug(3, "LATE: %s %d %ld %d\n", name, output, static_cast<long>(min_size), static_cast<int>(size));
+  if (min_size == Const::MISS) return size >= 0;
+  return min_size >= 0 && size >= min_size;
+}
+
+// Puts the name that the file of a date has in the directory in hand into `found`.
+std::vector<NamePiece> NameConv::nameFile(const Date& d, NameLookup& lookup) {
+  std::vector<NamePiece> pieces;
+  expand(d, 0, lookup, pieces);
+  join(pieces, found);
+  return pieces;
+}
+
+// Whether the directory in hand has the file of a date, which is then named.
+bool NameConv::hasFile(const Date& d, NameLookup& lookup) {
+  const std::vector<NamePiece> pieces = nameFile(d, lookup);
+  if (output || !pexist) return output && pexist;
+  if (!lookup.isOpen(pieces)) return fits(found.get());
+  std::string name;
+  const bool there = lookup.find(
+      pieces, [this](const char* file_name) { return fits(file_name); }, name);
+  if (there) found.copy(name.c_str());
+  return there;
+}
+
+bool NameConv::findDate(const Date& d, NameLookup& lookup) {
+  npath = 1;
+  for (cpath = 0; cpath < npath; ++cpath) {
+    const bool there = hasFile(d, lookup);
+    Kyv::outDebug(4, "LATE0: %s %d\n", found.get(), cpath);
+    if (there) return true;
+  }
+  cpath = 0;
+  nameFile(d, lookup);
+  return false;
+}
+
+// Goes through the periods from a start, in each directory in turn.
+bool NameConv::findBack(const Date& start, int direction, int tries, NameLookup& lookup) {
+  Date d;
+  npath = 1;
+  for (cpath = 0; cpath < npath; ++cpath) {
+    d = start;
+    for (int i = 0; i < tries; ++i) {
+      Kyv::outDebug(3, "LATE:%d %d %d %d %d\n", d.year, d.month, d.day, d.hour, d.min);
+      if (hasFile(d, lookup)) return true;
+      if (std::abs(d - start) > std::abs(last_date - start)) last_date = d;
+      if (!pexist || Const::isMissing(off)) break;
+      if (i + 1 < tries) d += direction * off;
+    }
+  }
+  cpath = 0;
+  nameFile(d, lookup);
+  return false;
+}
+
+// A search with the keys as they were given and, when that finds nothing, with every spelling of them. Where both find
+// nothing, the first one's names stand.
+template <class Find>
+bool NameConv::withSpellings(Find find) {
+  NameLookup exact(false);
+  if (find(exact)) return true;
+  if (output || numkey == 0) return false;
+  const String name = found;
+  const Date name_date = date;
+  NameLookup any(true);
+  if (find(any)) return true;
+  found = name;
+  date = name_date;
+  return false;
+}
+
+int NameConv::finish(bool there, NameConvFile& out) {
+  out.init();
+  out.setType(type);
+  out.setFilename(found.get());
+  out.setDate(date);
+  out.setParam(param);
+  out.setOffset(off);
+  if (*hdr) {
+    const Date file_date = date;
+    NameLookup any(true);
+    std::vector<NamePiece> pieces;
+    String name;
+    expand(file_date, 1, any, pieces);
+    join(pieces, name);
+    std::string known;
+    if (any.find(
+            pieces, [](const char* header) { return FileTool::exist(header); }, known))
+      name.copy(known.c_str());
+    out.setHeader(name.get());
+    date = file_date;
+  }
+  return there ? 1 : 0;
+}
+
+int NameConv::setFile(const Date& d, NameConvFile& out) {
+  first_date = last_date = d;
+  const bool there = withSpellings([&](NameLookup& lookup) { return findDate(d, lookup); });
+  return finish(there, out);
+}
+
+int NameConv::setFile(const Date& d, int back, NameConvFile& out) {
+  first_date = last_date = d;
+  const int tries = Const::isMissing(off) || off <= 0 ? 1 : std::min(back / off + 1, MAX_LIMIT);
+  const bool there = withSpellings([&](NameLookup& lookup) {
+    if (findDate(d, lookup)) return true;
+    const String name = found;
+    const Date name_date = date;
+    if (tries > 1 && findBack(d, BACKWARD, tries, lookup)) return true;
+    found = name;
+    date = name_date;
+    return false;
+  });
+  return finish(there, out);
+}
+
+// Where a specification starts to count: its own date, or now.
+void NameConv::getStart(const char*& spec, Date& start) const {
+  DateVal v;
+  v.set(1980, 1, 1, 0, 0, 0.0f);
+  if ((*spec == '#' || (StrLib::length(spec) >= MIN_DATE && isDigit(*spec))) && takeDate(spec, v)) {
+    start.set(v);
+  } else if (Const::isMissing(static_cast<long>(Kyv::getInitTime())) && late_date.isSet()) {
+    start = late_date;
+  } else {
+    DateTool::getNow(start);
+  }
+}
+
+void NameConv::fixDate(Date& start) const {
+  if (!Const::isMissing(fix_date.month) && fix_date.month >= 0) {
+    if (start.month < fix_date.month) start.addYears(-1);
+    start.setMonth(fix_date.month);
+  }
+  if (!Const::isMissing(fix_date.day) && fix_date.day >= 0) {
+    if (start.day < fix_date.day) start.addMonths(-1);
+    start.setDay(fix_date.day);
+  }
+  const auto multipleOf = [](int value, int n) { return value / n * n; };
+  if (!Const::isMissing(fix_date.hour)) {
+    if (fix_date.hour < 0) {
+      start.setHour(multipleOf(start.hour, -fix_date.hour));
+    } else {
+      if (start.hour < fix_date.hour) start.addDays(-1);
+      start.setHour(fix_date.hour);
+    }
+  }
+  if (!Const::isMissing(fix_date.min)) {
+    if (fix_date.min < 0) {
+      start.setMinute(multipleOf(start.min, -fix_date.min));
+    } else {
+      if (start.min < fix_date.min) start.addHours(-1);
+      start.setMinute(fix_date.min);
+    }
+  }
+}
+
+int NameConv::setLatest(const char* text, NameConvFile& out) {
+  out.init();
+  const char* spec = StrLib::valid(text, "la");
+  if (*spec == '>') {
+    output = true;
+    ++spec;
+  }
+  if (*spec == '@') {
+    found.copy(spec + 1);
+    out.setFilename(spec + 1);
+    return FileTool::exist(spec + 1) ? 1 : 0;
+  }
+  Date start;
+  getStart(spec, start);
+  fixDate(start);
+  first_date = last_date = start;
+
+  int direction = takeSign(spec);
+  if (isDigit(*spec) || *spec == '\0') {
+    start += direction * takeOffset(spec);
+    first_date = last_date = start;
+    direction = takeSign(spec);
+  }
+  const char letter = static_cast<char>(std::tolower(static_cast<unsigned char>(*spec)));
+  if (letter != 'l') {
+    const bool there = withSpellings([&](NameLookup& lookup) { return findDate(start, lookup); });
+    Kyv::outDebug(3, "LATE0: %s\n", found.get());
+    return finish(there, out);
+  }
+
+  ++spec;
+  if (*spec == 'a' || *spec == 'A') ++spec;
+  std::int64_t tries = limit;
+  if (!Const::isMissing(min_time) && !Const::isMissing(off) && off > 0) {
+    tries = std::max<std::int64_t>(tries, std::int64_t{min_time} * 60 / off + 1);
+  }
+  if (*spec == '#') {
+    tries = takeNumber(++spec);
+    Kyv::outDebug(4, "LATE LIMIT: %d\n", static_cast<int>(tries));
+  }
+  const int periods = static_cast<int>(std::clamp<std::int64_t>(tries, 1, MAX_LIMIT));
+  bool there = withSpellings([&](NameLookup& lookup) { return findBack(start, direction, periods, lookup); });
+  Kyv::outDebug(3, "LATEST+: %s %s %d %d\n", spec, found.get(), cpath, static_cast<int>(date.secs));
+  if (*spec == '+' || *spec == '-') {
+    Date d = date;
+    const int sign = takeSign(spec);
+    if (d.isSet()) d += sign * takeOffset(spec);
+    there = withSpellings([&](NameLookup& lookup) { return findDate(d, lookup); });
+  }
+  return finish(there, out);
+}
+
+int NameConv::getSearch(String& text) const {
+  text.clear();
+  if (!*file) return 0;
+  std::string lines = textFormat("  Template: %s\n", file);
+  if (numkey) lines += "  Keys:";
+  for (int i = 0; i < numkey; ++i) lines += textFormat(" %c=%s", key[i], keyval[i]);
+  if (numkey) lines += '\n';
+  NameTemplate walk(file);
+  NameCode code;
+  while (walk.next(code)) {
+    if (code.kind != NameCode::DIRECTORY) continue;
+    String list, dir;
+    getDirectories(code.text, list);
+    for (int i = 0; i < FileTool::numPath(list.get()); ++i) {
+      FileTool::getPath(list.get(), i, dir);
+      const char* name = StrLib::valid(dir.get(), ".");
+      const bool there = std::strncmp(name, "http://", 7) == 0 || FileTool::isDir(name);
+      lines += "  Directory: " + std::string(name) + (there ? "\n" : " (missing)\n");
+    }
+  }
+  if (!Const::isMissing(off)) {
+    lines += "  Times: " + minuteText(first_date) + (first_date - last_date ? " to " + minuteText(last_date) : "");
+    lines += textFormat(", every %d min\n", off / 60);
+  }
+  text.copy(lines.c_str());
+  return 1;
+}
+
+}  // namespace KYV
