@@ -52,7 +52,7 @@ class Graph : public Listener {
   /// Refused once the graph is managed.
   int addCallback(const char* event, Listener* listener, const void* data);
   int doCallback(const char* event, const char* data);
-  void callback(const char* name, const char* event, const void* data) override;
+  void callback(const char* name, const char* value, const void* data) override;
   int setFixed(bool on);
   int setSize(float w, float h);
   int setOffset(float x, float y);

@@ -55,6 +55,16 @@ class Plot {
   int getDevice(String& name) { return graph.getDevice(name); }
   int addCallback(const char* event, Listener* listener, const void* data);
   bool isOpen() const { return graph.isOpen(); }
+
+  // Frames of an animation.
+  /// Starts a frame without labels, on one panel that shows the map of panel 0.
+  int newFrame();
+  /// Clears the frame in hand and its labels.
+  int clearFrame();
+  int deleteFrame(int frame) { return graph.deleteFrame(frame); }
+  int deleteAllFrames();
+  int getNumFrames() { return graph.getNumFrames(); }
+
   int setFixed(bool on) { return graph.setFixed(on); }
   bool getInverse() { return graph.getInverse(); }
   Graph& getGraph() { return graph; }
@@ -252,6 +262,8 @@ class Plot {
   int openColors(const Strings& params);
   Rect pageRect(const Rect& fractions) const;
   int setViewport();
+  int resetPage();
+  void dropLabels();
   bool isOff(int index) const { return index < 0 && !Const::isMissing(index); }
   int useColor(int& kept, int index, int (Graph::*set)(int));
   int useColor(int& kept, const PlotAttr& attr, int (Graph::*set)(int));

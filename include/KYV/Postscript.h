@@ -9,7 +9,8 @@ namespace KYV {
 
 class Strings;
 
-/// A PostScript or Encapsulated PostScript file. Plot units are points, y grows upward.
+/// A PostScript or Encapsulated PostScript file. Plot units are points, y grows upward. Each frame is a page; without
+/// frames the file is one page.
 class Postscript final : public FileDevice {
  public:
   Postscript() { init(); }
@@ -30,6 +31,9 @@ class Postscript final : public FileDevice {
   using FileDevice::setClip;
   int setClip(float x1, float y1, float x2, float y2) override;
   int message(const char* text) override;
+  /// What is drawn next stands on a new page. Pages that were left cannot be asked for.
+  int newFrame(int frame) override;
+  int newFrame() override { return newFrame(-1); }
 
  private:
   /// What sets the colour of an attribute class, kept while its colour value stays.
@@ -42,9 +46,17 @@ class Postscript final : public FileDevice {
   void setOption(const Strings& items, int i);
   void putColor(int cls);
   void putPen(int cls);
+  void startPage() {
+    if (page_due) beginPage();
+  }
+  void beginPage();
+  void putClip();
   void putPath(const Points& points);
   void putSamples(const Image& image, int x, int y, int num);
 
+  int page = 0;  // 0: no frame was begun
+  bool page_due = false;
+  bool clipped = false;  // a clip was set
   bool eps = false;
   bool color = false;
   bool portrait = false;

@@ -2,6 +2,7 @@
 
 #include "DeviceOptions.h"
 #include "KYV/DateTool.h"
+#include "KYV/Kyv.h"
 #include "KYV/String.h"
 #include "KYV/Strings.h"
 #include "TextWriter.h"
@@ -29,6 +30,9 @@ constexpr const char* PROCEDURES =
     "/lw {setlinewidth} def\n"
     "/np {newpath} def\n"
     "/cp {closepath} def\n";
+
+// Showing a page resets the coordinates; those of the beginning come back for the next one.
+constexpr const char* END_PAGE = "showpage\ngrestore\n";
 
 // By portrait, EPS.
 constexpr const char* ORIENTATION[2][2] = {
@@ -91,6 +95,8 @@ int Postscript::open() {
   if (opened) return 1;
   if (!openFile()) return 0;
   clip = Rect(0.0f, 0.0f, width, height);
+  clipped = page_due = false;
+  page = 0;
   String now;
   DateTool::getCurrent(now);
 
@@ -120,11 +126,34 @@ int Postscript::open() {
 int Postscript::close() {
   if (!opened) return 0;
   text->put("%%End of plot\n");
+  // The last page is shown like the others, so that each can be viewed alone.
+  if (page > 0) text->put(END_PAGE);
   if (!append) {
-    text->put(eps ? "showpage\n" : "saveobj restore\nshowpage\nend\n");
+    if (page > 0) text->put("%%Trailer\n%%Pages: ", page, '\n');
+    if (!eps) text->put("saveobj restore\n");
+    if (page == 0) text->put("showpage\n");
+    if (!eps) text->put("end\n");
     text->put("%%EOF\n");
   }
   return closeFile();
+}
+
+int Postscript::newFrame(int frame) {
+  if (opened && frame == -1) page_due = true;
+  return 1;
+}
+
+// A page begins with the first thing that is drawn on it.
+void Postscript::beginPage() {
+  page_due = false;
+  if (page > 0) text->put(END_PAGE);
+  ++page;
+  if (page == 2 && eps) {
+    Kyv::outWarning("Postscript: an EPS file holds one page, for a loop of frames leave eps out of -de\n");
+  }
+  text->put("%%Page: ", page, ' ', page, "\ngsave\n");
+  // Who draws sets a clip once and counts on it.
+  if (clipped) putClip();
 }
 
 int Postscript::getCoords(Rect& r) {
@@ -140,6 +169,7 @@ Rect Postscript::getCoords() {
 
 int Postscript::message(const char* comment) {
   if (!opened) return 0;
+  startPage();
   text->put("%% ");
   text->putPlain(comment);
   text->put('\n');

@@ -79,6 +79,7 @@ void Postscript::putPath(const Points& points) {
 
 int Postscript::drawLine(int cls, float x1, float y1, float x2, float y2) {
   if (!opened || !std::isfinite(x1) || !std::isfinite(y1) || !std::isfinite(x2) || !std::isfinite(y2)) return 0;
+  startPage();
   text->put("%%PL:2\n");
   putPen(cls);
   text->put("np\n");
@@ -90,6 +91,7 @@ int Postscript::drawLine(int cls, float x1, float y1, float x2, float y2) {
 
 int Postscript::drawLine(int cls, const Points& points) {
   if (!opened || points.getNum() == 0 || !isFinite(points)) return 0;
+  startPage();
   text->put("%%PL:", points.getNum(), '\n');
   putPen(cls);
   putPath(points);
@@ -99,6 +101,7 @@ int Postscript::drawLine(int cls, const Points& points) {
 
 int Postscript::drawFill(int cls, const Points& points) {
   if (!opened || points.getNum() == 0 || !isFinite(points)) return 0;
+  startPage();
   text->put("%%FA:", points.getNum(), '\n');
   if (cls == FILL) putColor(cls);
   putPath(points);
@@ -108,16 +111,22 @@ int Postscript::drawFill(int cls, const Points& points) {
 
 int Postscript::setClip(float x1, float y1, float x2, float y2) {
   if (!opened || !std::isfinite(x1) || !std::isfinite(y1) || !std::isfinite(x2) || !std::isfinite(y2)) return 0;
+  startPage();
   // In order first, so that it is wider on every side.
   clip = Rect(x1, y1, x2, y2);
   clip = Rect(clip.xmin - CLIP_MARGIN, clip.ymin - CLIP_MARGIN, clip.xmax + CLIP_MARGIN, clip.ymax + CLIP_MARGIN);
+  clipped = true;
+  putClip();
+  return 1;
+}
+
+void Postscript::putClip() {
   text->put("initclip\nnp\n");
   text->put(Fixed<2>{clip.xmin}, ' ', Fixed<2>{clip.ymin}, " mv\n");
   text->put(Fixed<2>{clip.xmin}, ' ', Fixed<2>{clip.ymax}, " ln\n");
   text->put(Fixed<2>{clip.xmax}, ' ', Fixed<2>{clip.ymax}, " ln\n");
   text->put(Fixed<2>{clip.xmax}, ' ', Fixed<2>{clip.ymin}, " ln\n");
   text->put("cp\nclip\n");
-  return 1;
 }
 
 int Postscript::drawImage(const Image& image, float x, float y) {
@@ -129,6 +138,7 @@ int Postscript::drawImage(const Image& image, float x, float y) {
   if (std::max(std::fabs(clip.xmin), std::fabs(clip.ymin)) > 1e6f) return 0;
   const int cx = static_cast<int>(clip.xmin), cy = static_cast<int>(clip.ymin);
   const int cw = static_cast<int>(w), ch = static_cast<int>(h);
+  startPage();
   text->put("gsave\n", cx, ' ', cy, " translate\n", cw, ' ', ch, " scale\n");
   text->put("/picstr ", cw, " string def\n");
   text->put(cw, ' ', ch, " 8 [ ", cw, " 0 0 ", -ch, " 0 ", ch, " ]\n");

@@ -12,13 +12,9 @@ namespace KYV {
 
 namespace {
 
-constexpr int DEFAULT_STEP = 3600;    // seconds between frames when nobody says
-constexpr int MAX_STEP = 31 * 86400;  // seconds between frames
-constexpr int MAX_FRAME = 500;
-constexpr int MAX_FORE = 1000;  // forecast hours in a list
-// Pointer shapes while a frame is drawn and afterwards.
-constexpr int CURSOR_BUSY = 8;
-constexpr int CURSOR_NORMAL = 6;
+constexpr int MAX_STEP = 31 * 86400;                       // seconds between frames
+constexpr std::int64_t MAX_SHIFT = std::int64_t{1} << 30;  // seconds, 34 years
+constexpr int MAX_FORE = 1000;                             // forecast hours in a list
 
 }  // namespace
 
@@ -29,7 +25,7 @@ int Figure::init() {
   loop_date.init();
   data_date.init();
   state = num_frame = step = -1;
-  num_sync = refresh = 0;
+  num_sync = refresh = redraw_depth = num_redraw = 0;
   loop_type = Drawing::LOOP_DATE;
   border = 1;
   if (const char* fore = Kyv::resrc.get("time")) setForeTime(fore);
@@ -39,7 +35,9 @@ int Figure::init() {
 int Figure::open(const char* params) {
   plot.setFixed(false);
   setParam(params);
-  return plot.open(params);
+  if (!plot.open(params)) return 0;
+  plot.addCallback("AnyEvent", this, "Figure");
+  return 1;
 }
 
 int Figure::setParam(const char* params) {
@@ -92,19 +90,31 @@ int Figure::setDate(const Date& date, int seconds, int frames) {
   step = seconds;
   if (step < 0) {
     step = -std::max(step, -MAX_STEP);
-    loop_date += -std::clamp(frames, 0, MAX_FRAME) * step;
+    loop_date += -static_cast<int>(std::min(std::int64_t{std::clamp(frames, 0, MAX_FRAME)} * step, MAX_SHIFT));
   }
   return 1;
 }
 
 int Figure::startPlot(const Rect& r, const Domain& domain) {
   start_domain = domain;
-  return plot.setPanel(r, domain);
+  start_rect = r;
+  return placeMap(domain);
 }
 
 int Figure::startPlot(const Domain& domain) {
   start_domain = domain;
-  return plot.setPanel(domain);
+  start_rect.reset();
+  return placeMap(domain);
+}
+
+int Figure::place(const std::optional<Rect>& r, float aspect) {
+  start_rect = r;
+  start_aspect = aspect;
+  return r ? plot.setPanel(*r, aspect) : plot.setPanel();
+}
+
+int Figure::placeMap(const Domain& domain) {
+  return start_rect ? plot.setPanel(*start_rect, domain) : plot.setPanel(domain);
 }
 
 int Figure::addDrawing(Drawing& drawing) {
@@ -123,109 +133,5 @@ int Figure::clearQueue() {
 }
 
 int Figure::draw(Drawing& drawing) { return drawing.draw(plot); }
-
-void Figure::takeSync(Drawing& drawing) {
-  if (file_param.valid()) {
-    drawing.setFilename(file_param.get());
-  } else {
-    drawing.setFilename();
-  }
-  if (num_frame == -1) {
-    num_frame = drawing.getNumFrames();
-    loop_type = drawing.getLoopType();
-  }
-  if (step == -1) step = drawing.getDateOffset();
-  if (!loop_date.isSet()) drawing.getInitDate(loop_date);
-  if (!plot.isDate()) plot.setDate(loop_date);
-  Kyv::outDebug(4, "Found sync: %d %d %d ", num_frame, loop_type, step);
-}
-
-// The layer that sets the loop, its frames and its step.
-void Figure::findLoop() {
-  num_sync = 0;
-  bool found = false;
-  for (Item& item : queue) {
-    if (!item.drawing) continue;
-    if (item.drawing->getLoopType() != Drawing::LOOP_NONE) ++num_sync;
-    if (!item.drawing->getSync()) continue;
-    found = true;
-    takeSync(*item.drawing);
-  }
-  if (state != -1) return;
-  if (fore_list.valid()) {
-    num_frame = fore_list.occurs(',') + 1;
-    loop_type = Drawing::LOOP_FORE;
-  }
-  const auto loops = [](const Item& item) { return item.drawing && item.drawing->getLoopType() != Drawing::LOOP_NONE; };
-  const auto first = std::find_if(queue.begin(), queue.end(), loops);
-  if (!found && first != queue.end()) {
-    if (Kyv::isDebug(2)) first->drawing->print();
-    takeSync(*first->drawing);
-  }
-  if (num_frame == -1) num_frame = 1;
-}
-
-int Figure::endPlot() {
-  findLoop();
-  return drawPlot();
-}
-
-int Figure::drawPlot() {
-  if (step == -1) step = DEFAULT_STEP;
-  if (refresh == 1) refresh = step;
-  if (!loop_date.isSet()) loop_date.setCurrent();
-  Kyv::outMessage(8, "LOOP-nf=%d linc=%d date=", num_frame, step);
-  if (Kyv::checkMessage(8)) loop_date.print();
-  state = 0;
-
-  // One frame; loops over several come with the file search, which tells the dates of their data.
-  plot.setCursor(CURSOR_BUSY);
-  if (loop_type == Drawing::LOOP_FORE) {
-    drawFrame(Strings(fore_list.get(), ',').getString(0));
-  } else {
-    Date date = loop_date;
-    drawFrame(date);
-  }
-  plot.setCursor(CURSOR_NORMAL);
-  plot.update();
-  state = 1;
-  return 1;
-}
-
-int Figure::drawFrame(Date& date) {
-  if (Kyv::checkMessage(6)) {
-    String text;
-    date.toText(text);
-    Kyv::outMessage(6, "Plotting for time: %s\n", text.get());
-  }
-  for (Item& item : queue) {
-    if (!item.drawing) {
-      plot.newPanel(item.panel.get());
-      continue;
-    }
-    item.drawing->setFilename(date, "");
-    item.drawing->getDate(data_date);
-    item.drawing->draw(plot);
-  }
-  return endFrame();
-}
-
-int Figure::drawFrame(const char* fore) {
-  Kyv::outMessage(6, "Plotting for fcst: %s\n", fore ? fore : "");
-  for (Item& item : queue) {
-    if (!item.drawing) {
-      plot.newPanel(item.panel.get());
-      continue;
-    }
-    item.drawing->setForeTime(fore);
-    item.drawing->draw(plot);
-  }
-  return endFrame();
-}
-
-int Figure::endFrame() {
-  if (border) plot.drawBorder();
-  return plot.drawLabels();
-}
 
 }  // namespace KYV

@@ -15,6 +15,7 @@
 #include "KYV/Postscript.h"
 #include "KYV/String.h"
 #include "KYV/Strings.h"
+#include "PlotEvent.h"
 
 namespace KYV {
 
@@ -144,9 +145,8 @@ int Graph::addCallback(const char* event, Listener* listener, const void* data) 
 
 int Graph::doCallback(const char* event, const char* data) { return device ? device->doCallback(event, data) : 0; }
 
-void Graph::callback(const char* name, const char* event, const void*) {
-  // Devices put the event's name behind that of their window.
-  if (!device || !(StrLib::equal(event, "Redraw") || StrLib::equal(name, "Redraw"))) return;
+void Graph::callback(const char* name, const char* value, const void* data) {
+  if (!device || !PlotEvent(name, value, data).is("Redraw")) return;
   for (GTran& t : trans) t.resize(device->getCoords());
   activateTran();
 }

@@ -141,10 +141,16 @@ int Plot::clearLabels() {
   graph.clearRect(Rect(page.xmin, view.ymax, page.xmax, page.ymax));
   graph.clearRect(Rect(page.xmin, page.ymin, page.xmax, view.ymin));
   graph.activateTran(MAP);
-  labels.clear();
-  label_rows = 0;
+  dropLabels();
   Kyv::outDebug("Plot labels cleared\n");
   return 1;
+}
+
+// The labels and the colour bar belong to the panel or frame that has been left.
+void Plot::dropLabels() {
+  labels.clear();
+  label_rows = 0;
+  bar_on = 0;
 }
 
 PlotAttr Plot::labelAttr() {

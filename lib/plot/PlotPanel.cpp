@@ -75,6 +75,11 @@ int Plot::initPanel() {
   if (*panel_text && decodePanelStr(UNIT, panel_text, box)) {
     panels[0].panel.limits.set(box.x, box.y, box.x + box.width, box.y + box.height);
   }
+  return resetPage();
+}
+
+// Transform 0 is the whole page.
+int Plot::resetPage() {
   graph.setTran(PAGE);
   graph.setViewport(graph.getMaxViewport());
   graph.setWindow(graph.getMaxViewport());
@@ -191,11 +196,32 @@ int Plot::newPanel(const char* text) {
     Kyv::outDebug(5, "PANEL\n");
     p.print();
   }
-  labels.clear();
-  label_rows = 0;
+  dropLabels();
   fore_hour = Const::MISS;
   data_source[0] = '\0';
-  bar_on = 0;
+  return 1;
+}
+
+int Plot::newFrame() {
+  graph.newFrame();
+  dropLabels();
+  if (num_panel > 1) {
+    panel = 0;
+    num_panel = 1;
+    rec().panel.limits = UNIT;
+    resetPage();
+  }
+  return setViewport();
+}
+
+int Plot::clearFrame() {
+  graph.clear();
+  dropLabels();
+  return 1;
+}
+
+int Plot::deleteAllFrames() {
+  for (int n = graph.getNumFrames(); n > 0; --n) graph.deleteFrame(0);
   return 1;
 }
 

@@ -1,6 +1,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "KYV/Image.h"
 #include "KYV/Points.h"
@@ -133,6 +135,45 @@ TEST_F(PostscriptRender, EveryDashStyleAndGreyImagesRender) {
     ps.drawImage(image, -5.0f, 3.0f);
   }
   run("-sDEVICE=nullpage");
+}
+
+TEST_F(PostscriptRender, EachFrameIsAPage) {
+  for (const char* options : {"x.ps", "x.ps,port,color", "x.ps,eps,port"}) {
+    SCOPED_TRACE(options);
+    {
+      KYV::Postscript ps;
+      ps.setParam(options);
+      ASSERT_EQ(1, ps.open());
+      ps.setClip(100.0f, 100.0f, 300.0f, 300.0f);  // holds for all frames
+      for (int frame = 0; frame < 3; ++frame) {
+        ps.newFrame(-1);
+        const float x = 150.0f + 50.0f * static_cast<float>(frame);
+        KYV::Points points;
+        for (const auto& [dx, dy] : {std::pair{0.0f, 0.0f}, {20.0f, 0.0f}, {20.0f, 400.0f}, {0.0f, 400.0f}}) {
+          points.add(x + dx, 200.0f + dy);
+        }
+        ps.drawFill(3, points);
+      }
+    }
+    std::istringstream said(run("-sDEVICE=bbox"));
+    std::vector<float> sizes, places;
+    std::string word;
+    while (said >> word) {
+      if (word != "%%HiResBoundingBox:") continue;
+      float x1 = 0.0f, y1 = 0.0f, x2 = 0.0f, y2 = 0.0f;
+      said >> x1 >> y1 >> x2 >> y2;
+      sizes.push_back(x2 - x1 + y2 - y1);
+      places.push_back(x1 + y1);
+    }
+    // The bar is cut at 300.1, and each page shows its own.
+    ASSERT_EQ(3u, sizes.size());
+    for (const float size : sizes) EXPECT_NEAR(120.1f, size, 0.1f);
+    EXPECT_NEAR(50.0f, places[1] - places[0], 0.1f);
+    EXPECT_NEAR(50.0f, places[2] - places[1], 0.1f);
+    const std::string text = readFile("x.ps");
+    EXPECT_TRUE(contains(text, "%%Page: 3 3\n"));
+    EXPECT_TRUE(contains(text, "%%Pages: 3\n"));
+  }
 }
 
 }  // namespace

@@ -1,0 +1,96 @@
+// Whole runs that find their files by name and draw loops of frames.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "NidsBuilder.h"
+#include "Program.h"
+
+namespace {
+
+// A product with so many bins in each of its radials, all of one colour.
+std::vector<unsigned char> product(int bins) {
+  std::vector<int> levels = {0x8000};
+  for (int i = 1; i < 16; ++i) levels.push_back(5 * i);
+  NidsBuilder b;
+  b.header(19, 9).location(35.333f, -97.278f).thresholds(levels).param(3, 5).radials(230);
+  for (int i = 0; i < 360; ++i) {
+    std::vector<NidsBuilder::Run> runs = {{10, 0}};
+    for (int k = 0; k < bins; ++k) runs.push_back({1, 7 + k % 2});
+    b.radial(static_cast<float>(i), 1.0f, runs);
+  }
+  return b.bytes();
+}
+
+class FrameRun : public testing::Test {
+ protected:
+  // The number of bins that each page of the file shows.
+  std::vector<int> pages() const {
+    const std::string text = program.read("loop.ps");
+    std::vector<int> bins;
+    const std::string mark = "%%Page: ";
+    for (std::size_t at = text.find(mark); at != std::string::npos;) {
+      const std::size_t next = text.find(mark, at + 1);
+      const std::string page = text.substr(at, next - at);
+      int fills = 0;
+      for (std::size_t k = page.find("%%FA:"); k != std::string::npos; k = page.find("%%FA:", k + 1)) ++fills;
+      bins.push_back(fills / 360);  // the boxes of the colour bar are fewer than that
+      at = next;
+    }
+    return bins;
+  }
+  // Options that find the station's files with 12:00 as the present moment.
+  Program::Result run(const std::string& options) const {
+    return program.run("-de postscript,loop.ps,color " + options, "kyvcurtime=202405011200");
+  }
+
+  Program program;
+};
+
+TEST_F(FrameRun, LoopsShowEachFileOnce) {
+  // The number of bins tells the file.
+  int bins = 1;
+  for (const char* minute : {"10_48", "11_01", "11_14", "11_43", "11_58"}) {
+    program.write("TLX_N0R_2024_05_01_" + std::string(minute) + "_07", product(bins++));
+  }
+  struct Case {
+    const char* options;
+    std::vector<int> frames;  // none: a single map
+  };
+  const Case CASES[] = {
+      // From 10:43, which has no file yet, to 11:58; 10:58 still shows that of 10:48.
+      {"-pa nf=6,linc=15", {1, 2, 3, 4, 5}},
+      {"-nh 1", {1, 2, 3, 4, 5}},
+      {"-pa nf=2,linc=44 -cu 20240501_1200", {3, 5}},
+      {"", {}},
+      {"TLX_N0R_2024_05_01_11_58_07 TLX_N0R_2024_05_01_10_48_07 TLX_N0R_2024_05_01_11_58_07", {5, 1, 5}},
+  };
+  for (const Case& c : CASES) {
+    SCOPED_TRACE(c.options);
+    const Program::Result r = run("-id ktlx -ty n0r -if cloud " + std::string(c.options));
+    EXPECT_EQ(0, r.status);
+    EXPECT_EQ(c.frames, pages()) << r.output;
+  }
+}
+
+TEST_F(FrameRun, ALoopWithoutDataSaysWhereItLooked) {
+  const Program::Result r = run("-id ktlx -ty n0r -pa nf=6,linc=15 -dp nowhere:.");
+  EXPECT_EQ(0, r.status);
+  EXPECT_TRUE(pages().empty());
+  for (const char* part : {"RadMap: No file found\n", "  Keys: i=ktlx t=n0r\n", "  Directory: nowhere (missing)\n",
+                           "Figure: No data for any of the 6 frames of the loop\n"}) {
+    EXPECT_NE(std::string::npos, r.output.find(part)) << r.output;
+  }
+}
+
+TEST_F(FrameRun, AMissingFileOfAListIsNamedAndPassedOver) {
+  program.write("one", product(1));
+  program.write("three", product(3));
+  const Program::Result r = run("one two three");
+  EXPECT_EQ(0, r.status);
+  EXPECT_EQ((std::vector<int>{1, 3}), pages());
+  EXPECT_NE(std::string::npos, r.output.find("RadMap: Unable to open file: two\n")) << r.output;
+}
+
+}  // namespace
