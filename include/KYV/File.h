@@ -31,7 +31,8 @@ class File : public FileAttr {
   [[nodiscard]] int open(const String& name, const char* mode);
   /// READ, WRITE or APPEND.
   [[nodiscard]] int open(const char* name, int mode);
-  /// As open(name, "r"), but names that would start a pipe are refused: for names that come out of data files.
+  /// As open(name, "r"), but names that would start a pipe and devices are refused: for data files and names that come
+  /// out of them.
   [[nodiscard]] int openData(const char* name);
   bool isOpen() const { return opened; }
 

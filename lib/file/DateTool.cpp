@@ -69,7 +69,7 @@ int DateTool::getNow(Date& date) {
   const std::int64_t fixed = Kyv::getInitTime();
   if (!Const::isMissing(static_cast<long>(fixed))) return date.set(static_cast<long>(fixed));
   const char* text = std::getenv("kyvcurtime");
-  if (!text) return date.setCurrent();
+  if (!StrLib::valid(text)) return date.setCurrent();
   if (*text == '#') ++text;
   DateVal v;
   v.set(1980, 1, 1, 0, 0, 0.0f);

@@ -105,7 +105,8 @@ int File::open(const char* name, int mode) {
 }
 
 int File::openData(const char* name) {
-  if (StrLib::valid(name) && name[0] == '|') name = nullptr;
+  // A device may go on for ever.
+  if (StrLib::valid(name) && (name[0] == '|' || FileTool::isDevice(name))) name = nullptr;
   return open(name, "r");
 }
 

@@ -6,9 +6,9 @@
 
 namespace KYV {
 
-/// Opens a file whose name may come out of a domain text: no command is started, and no device or pipe is waited for.
+/// Opens a file whose name may come out of a domain text: no command is started, and no pipe is waited for.
 [[nodiscard]] inline int openDataFile(File& file, const char* name) {
-  if (FileTool::isDevice(name) || FileTool::isFifo(name)) return 0;
+  if (FileTool::isFifo(name)) return 0;
   return file.openData(name);
 }
 
