@@ -106,7 +106,7 @@ int RadMap::setFilename(Date& date, const char* name) {
 }
 
 int RadMap::getInitDate(Date& date) {
-  if (!file.isSet()) file.setFile("la");
+  if (!file.isSet()) setFilename("la");
   return file.getDate(date);
 }
 
@@ -194,10 +194,7 @@ int RadMap::getDomain(Domain& domain) {
 
 int RadMap::draw(Plot& surface) {
   surface.addCallback("AnyEvent", this, nullptr);
-  if (!file.isSet()) {
-    Kyv::outWarning("RadMap: No product file: name one on the command line\n");
-    return 0;
-  }
+  if (!file.isSet()) setFilename("la");
   if (!nids.open(file.getName())) {
     Kyv::outWarning("RadMap: Unable to open file: %s\n", file.getName());
     return 0;
