@@ -2,9 +2,9 @@
 # Plain POSIX shell, so that a bare system can run it.
 
 # What building and drawing need, and what the tests need besides.
-BUILD_PACKAGES="g++ cmake ninja-build zlib1g-dev libbz2-dev libcurl4-openssl-dev"
+BUILD_PACKAGES="g++ cmake ninja-build zlib1g-dev libbz2-dev libcurl4-openssl-dev libpng-dev"
 DEMO_PACKAGES="ghostscript"
-TEST_PACKAGES="libgtest-dev nlohmann-json3-dev ghostscript python3 clang-format"
+TEST_PACKAGES="libgtest-dev nlohmann-json3-dev python3 clang-format ghostscript imagemagick pngcheck giflib-tools"
 
 say() { printf '%s\n' "$*"; }
 

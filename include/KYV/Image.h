@@ -93,6 +93,10 @@ class Image : private ImageInfo {
   /// The entry from its packed value.
   int setColorVal(int i, std::uint32_t packed);
   std::uint32_t getColorVal(int i) const;
+  /// Makes any raster an indexed one of 8 bits with at most so many colours (1 to 256): exactly when there are no more,
+  /// else by median cut. The transparent colour stays one. Values of indices that changed their meaning are dropped.
+  /// 0, and unchanged, without pixels.
+  int reduceColors(int most = 256);
   int getNumColor() const { return static_cast<int>(colors.size()); }
   int setTransColor(int value) { return trans_color = value, 1; }
   int getTransColor() const { return trans_color; }

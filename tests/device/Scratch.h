@@ -13,6 +13,7 @@ class Scratch : public testing::Test {
  protected:
   void SetUp() override { std::filesystem::current_path(dir.path()); }
   void TearDown() override { std::filesystem::current_path(home); }
+  void writeFile(const std::string& name, const std::string& content) const { dir.write(name, content); }
   static std::string readFile(const std::string& name) { return TempDir::read(name); }
   static bool contains(const std::string& text, const std::string& part) { return text.find(part) != text.npos; }
 
