@@ -164,13 +164,20 @@ void RadMap::setRings(const ParamItem& item, int n, float standard, float unit) 
 
 int RadMap::getDomain(Domain& domain) {
   if (file.isSet()) {
-    NidsFile product;
+    auto product = std::make_unique<NidsFile>();
     NidsInfo header;
-    product.setQuiet(true);  // what is wrong with the file is said when it is drawn
-    if (product.open(file.getName()) && product.readHeader(header)) {
-      DomainVal val = product.getDomainVal();
-      if (!header.isMultiRadar() && !product.isVAD() && !product.isDPA()) val.nx = val.ny * 3 / 2 + 1;
+    product->setQuiet(true);  // what is wrong with the file is said when it is drawn
+    if (product->open(file.getName()) && product->readHeader(header)) {
+      DomainVal val = product->getDomainVal();
+      if (!header.isMultiRadar() && !product->isVAD() && !product->isDPA()) val.nx = val.ny * 3 / 2 + 1;
       domain.set(val);
+      // A reader that has something to say reads again when it may.
+      if (!product->hasKeptQuiet()) {
+        product->setQuiet(false);
+        ahead = std::move(product);
+        ahead_name.copy(file.getName());
+        ahead_info = header;
+      }
       if (Kyv::checkMessage(8)) {
         Kyv::outMessage(8, "NIDS Domain: ");
         domain.print();
@@ -195,12 +202,17 @@ int RadMap::getDomain(Domain& domain) {
 int RadMap::draw(Plot& surface) {
   surface.addCallback("AnyEvent", this, nullptr);
   if (!file.isSet()) setFilename("la");
-  if (!nids.open(file.getName())) {
+  const bool begun = ahead && ahead_name.equal(file.getName());
+  if (begun) {
+    nids = std::move(ahead);
+    info = ahead_info;
+  } else if (!nids->open(file.getName())) {
     Kyv::outWarning("RadMap: Unable to open file: %s\n", file.getName());
     return 0;
   }
+  ahead.reset();
   Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
-  if (!nids.readHeader(info)) return 0;
+  if (!begun && !nids->readHeader(info)) return 0;
   return drawImage(surface);
 }
 

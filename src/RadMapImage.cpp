@@ -125,7 +125,7 @@ struct RadMap::Painter {
   Points cell;                // reused
 };
 
-RadMap::Painter::Painter(RadMap& layer, Plot& surface) : map(layer), plot(surface), dom(layer.nids.getDomainVal()) {
+RadMap::Painter::Painter(RadMap& layer, Plot& surface) : map(layer), plot(surface), dom(layer.nids->getDomainVal()) {
   dom.tran(EarthPoint(map.info.lat, map.info.lon), centre);
   if (!plot.isDrawing(Plot::DRAW_PLOT)) map.plot = false;
   sameProjection = DomainVal::compareProj(plot.getDomain(), dom);
@@ -152,7 +152,7 @@ void RadMap::Painter::chooseScale() {
     }
     Kyv::outWarning("RadMap: no fill scale %s; the product's default scale is used\n", map.color_fill.get());
   }
-  const NidsFile& product = map.nids;
+  const NidsFile& product = *map.nids;
   const DefaultScale* row =
       std::find_if(std::begin(SCALES), std::end(SCALES), [&](const DefaultScale& s) { return s.test(product); });
   fill.set(colors, row->fill);
@@ -220,8 +220,8 @@ void RadMap::Painter::paintCell(int entry, const Point& a, const Point& b, const
 }
 
 void RadMap::Painter::paintRadials() {
-  const float step = map.nids.getNrad() >= SUPER_RES_RADIALS ? 0.5f : 1.0f;
-  map.nids.readData(map.ndata);
+  const float step = map.nids->getNrad() >= SUPER_RES_RADIALS ? 0.5f : 1.0f;
+  map.nids->readData(map.ndata);
   if (!map.plot) return;
   const NidsData& nd = map.ndata;
   const float dy = nd.domain.dy;
@@ -260,7 +260,7 @@ void RadMap::Painter::paintRadials() {
 }
 
 void RadMap::Painter::paintGrid() {
-  map.nids.readData(map.ndata);
+  map.nids->readData(map.ndata);
   if (!map.plot) return;
   const NidsData& nd = map.ndata;
   const float c = map.info.cres;
@@ -298,13 +298,13 @@ void RadMap::Painter::paintGrid() {
 void RadMap::Painter::paintVectors() {
   plot.setLine(lineAttr);
   NidsVector v;
-  while (map.nids.readVector(v) > 0) plot.drawLine(fromIJ(v.x1, v.y1), fromIJ(v.x2, v.y2));
+  while (map.nids->readVector(v) > 0) plot.drawLine(fromIJ(v.x1, v.y1), fromIJ(v.x2, v.y2));
 }
 
 void RadMap::Painter::paintBarbs() {
   WindPlot winds(plot);
   NidsWind w;
-  while (map.nids.readWind(w) > 0) {
+  while (map.nids->readWind(w) > 0) {
     const int color = fill.getColor(w.val);
     if (color < 0) continue;
     plot.setFillColor(color);
@@ -316,7 +316,7 @@ void RadMap::Painter::paintBarbs() {
 
 void RadMap::Painter::paintText() {
   NidsText text;
-  if (map.nids.readText(text) <= 0 || !dataAttr.validColor()) return;
+  if (map.nids->readText(text) <= 0 || !dataAttr.validColor()) return;
   PlotAttr attr = dataAttr;
   attr.height = displayLines(TEXT_LINES);
   plot.setText(attr);
@@ -327,18 +327,18 @@ void RadMap::Painter::paintText() {
 int RadMap::drawImage(Plot& surface) {
   Painter painter(*this, surface);
   do {
-    if (nids.isPacketRadial()) {
+    if (nids->isPacketRadial()) {
       painter.paintRadials();
-    } else if (nids.isPacketRastor() || nids.isPacketDpa()) {
+    } else if (nids->isPacketRastor() || nids->isPacketDpa()) {
       painter.paintGrid();
-    } else if (nids.isPacketVector()) {
+    } else if (nids->isPacketVector()) {
       painter.paintVectors();
-    } else if (nids.isPacketWindbarb()) {
+    } else if (nids->isPacketWindbarb()) {
       painter.paintBarbs();
-    } else if (nids.isPacketText()) {
+    } else if (nids->isPacketText()) {
       painter.paintText();
     }
-  } while (nids.readPacket() > 0);
+  } while (nids->readPacket() > 0);
 
   setLabels(surface);
   surface.setBar(painter.fill);

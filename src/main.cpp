@@ -19,6 +19,17 @@ constexpr int KEYED[] = {KyvResrc::BASE,     KyvResrc::PATH,     KyvResrc::FILE,
                          KyvResrc::variable, KyvResrc::DATABASE, KyvResrc::PLOT,       KyvResrc::COLOR,
                          KyvResrc::DEVICE};
 
+// Draws the layer on a device; whether a picture of it is still due, which that device could not give.
+bool show(RadMap& radar, const Domain& domain, const char* params) {
+  Figure figure;
+  if (!figure.open(params)) return false;
+  figure.startPlot(domain);
+  figure.addDrawing(radar);
+  figure.endPlot();
+  figure.manage();
+  return figure.getPlot().isPictureDue();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -37,11 +48,7 @@ int main(int argc, char** argv) {
   Domain domain;
   if (!DomainTool::set(domain)) radar.getDomain(domain);
 
-  Figure figure;
-  if (!figure.open()) return Kyv::NOERR;
-  figure.startPlot(domain);
-  figure.addDrawing(radar);
-  figure.endPlot();
-  figure.manage();
+  // A file of drawing instructions first, then the picture of the same plot that was asked for as well.
+  if (show(radar, domain, nullptr)) show(radar, domain, "de=display");
   return Kyv::NOERR;
 }

@@ -3,7 +3,6 @@
 
 # What building and drawing need, and what the tests need besides.
 BUILD_PACKAGES="g++ cmake ninja-build zlib1g-dev libbz2-dev libcurl4-openssl-dev libpng-dev"
-DEMO_PACKAGES="ghostscript"
 TEST_PACKAGES="libgtest-dev nlohmann-json3-dev python3 clang-format ghostscript imagemagick pngcheck giflib-tools"
 
 say() { printf '%s\n' "$*"; }

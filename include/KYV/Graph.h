@@ -26,7 +26,7 @@ class String;
 class Graph : public Listener {
  public:
   /// Device types.
-  enum Type { NONE = 0, XWINDOW = 1, POSTSCRIPT = 2, HPGL = 3, METAFILE = 4 };
+  enum Type { NONE = 0, XWINDOW = 1, POSTSCRIPT = 2, HPGL = 3, METAFILE = 4, RASTER = 5 };
 
   Graph();
   Graph(const char* type, const char* params) : Graph() { setDevice(type, params); }
@@ -41,6 +41,8 @@ class Graph : public Listener {
   int setDevice(std::unique_ptr<Device> device);
   int getDevice(String& name);
   int getDeviceType() const { return devtype; }
+  /// Whether the device writes a file of drawing instructions.
+  bool isFileDevice() const { return devtype == POSTSCRIPT || devtype == HPGL || devtype == METAFILE; }
   [[nodiscard]] int open();
   [[nodiscard]] int open(const char* type, const char* params) { return setDevice(type, params), open(); }
   bool isOpen() const { return opened; }
@@ -129,6 +131,7 @@ class Graph : public Listener {
   bool isLooping();
   int getFrame();
   int setFrame(int frame);
+  int displayFrame(int frame);
   int deleteFrame(int frame);
   int getNumFrames();
   int newFrame();

@@ -48,6 +48,8 @@ class NidsFile {
   bool isOpen() const { return opened; }
   /// A quiet reader gives no warnings: for a file that another reader reads as well, so that the user is told once.
   int setQuiet(bool on) { return quiet = on, 1; }
+  /// Whether it has kept a warning to itself since the file was opened.
+  bool hasKeptQuiet() const { return kept_quiet; }
 
   // Bytes.
   /// The next segment of the file into the input buffer; the bytes it then holds, 0 when a zlib stream is damaged.
@@ -169,6 +171,7 @@ class NidsFile {
   std::unique_ptr<NidsSource> file;
   bool opened = false;
   bool quiet = false;
+  mutable bool kept_quiet = false;
   DomainVal dom;
   Date date;
   int seg_type = 0;   // kind of the last raw segment: 0 plain, 1 zlib

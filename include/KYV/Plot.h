@@ -11,6 +11,7 @@
 #include "KYV/EarthPoints.h"
 #include "KYV/GeomBox.h"
 #include "KYV/Graph.h"
+#include "KYV/Listener.h"
 #include "KYV/Panel.h"
 #include "KYV/PlotAttr.h"
 #include "KYV/String.h"
@@ -20,10 +21,11 @@ namespace KYV {
 
 class Strings;
 
-/// The surface that layers draw on: owns the graph with its device, the colours, the panels with their map domains, the
-/// labels and the colour bar. Transform 0 of the graph is the page, transform 1 the map of the current panel; drawing
-/// in earth, grid or plane coordinates goes to the map, labels and border to the page.
-class Plot {
+/// The surface that layers draw on, and the pictures that are taken of it: owns the graph with its device, the colours,
+/// the panels with their map domains, the labels and the colour bar. Transform 0 of the graph is the page, transform 1
+/// the map of the current panel; drawing in earth, grid or plane coordinates goes to the map, labels and border to the
+/// page.
+class Plot : public Listener {
  public:
   static constexpr int MAX_PANEL = 16;
   static constexpr int MAX_LABEL = 30;
@@ -43,7 +45,11 @@ class Plot {
   [[nodiscard]] int open() { return open(nullptr); }
   /// 0 when the output could not be written.
   int close();
+  /// Hands control to the device or, where the resource `output` asks for a picture, writes that: one file, or for
+  /// several frames an animated GIF or a numbered PNG file each. 0 when it could not be written.
   int manage();
+  /// Whether the resource `output` asks for a picture that this device cannot give, being a file of instructions.
+  bool isPictureDue() const { return image_output && graph.isFileDevice(); }
   /// Border, labels, then the device's loop.
   int end();
   /// A drawing is complete: the labels it added make a row.
@@ -54,6 +60,8 @@ class Plot {
   int setCursor(int shape) { return graph.setCursor(shape); }
   int getDevice(String& name) { return graph.getDevice(name); }
   int addCallback(const char* event, Listener* listener, const void* data);
+  /// Takes the keys of the screen: Return ends, v s S with Alt tell a place and save pictures.
+  void callback(const char* name, const char* value, const void* data) override;
   bool isOpen() const { return graph.isOpen(); }
 
   // Frames of an animation.
@@ -61,7 +69,7 @@ class Plot {
   int newFrame();
   /// Clears the frame in hand and its labels.
   int clearFrame();
-  int deleteFrame(int frame) { return graph.deleteFrame(frame); }
+  int deleteFrame(int frame);
   int deleteAllFrames();
   int getNumFrames() { return graph.getNumFrames(); }
 
@@ -148,6 +156,15 @@ class Plot {
   int drawMark(const EarthPoint& e);
   int drawMark(const GridPoint& g);
   int drawSymbol(const Point& p, const char* name, float size);
+  /// A picture at the upper left corner of the map.
+  int drawImage(const Image& image);
+  int drawImage(const Image& image, int arg);
+  /// A picture file at a place of the current transform; 0 when it cannot be read.
+  int drawImage(const char* file, float x, float y);
+  /// The same beside a place: "ul" "uc" "ur" "cl" "cc" "cr" "ll" "lc", any other "lr".
+  int drawImage(const char* file, float x, float y, const char* position);
+  /// The surface as a picture, with the transparent colour, title, date and map of the plot.
+  int getImage(Image& image);
   int clearRect(const Rect& r) { return graph.clearRect(r); }
   /// Cuts a polyline at the domain's limits; pieces are separated by pen lifts.
   int cropLine(Points& points) const;
@@ -221,6 +238,8 @@ class Plot {
   int setBarLocate(const char* text) { return bar.setLocate(text); }
   int setBarRange(float min, float max) { return bar.setRange({min, max}); }
   int drawBar();
+  /// Comma list of picture files on the map ("im:") or the page ("if:"): "if:logo.png:ul:0.01:-0.01".
+  int setLogo(const char* list) { return logo.copy(list), 1; }
   int setDataSource(const char* text) { return StrLib::copy(data_source, text), 1; }
   int setDate(const Date& date) { return label_date = date, 1; }
   int getDate(Date& date) const { return date = label_date, 1; }
@@ -234,7 +253,18 @@ class Plot {
   int isDrawing(int n) const;
   int printDrawing() const;
 
+  // Picture files.
+  /// By the end of the name, "gif" or "png"; 0 for any other.
+  int saveImage(const char* name);
+  /// The surface as "GIF" or "PNG", beneath the resource `image_path`.
+  int saveImage(const char* name, const char* type);
+
  private:
+  // What a frame's picture tells of it.
+  struct FrameText {
+    String info;
+    String datim;
+  };
   struct PanelRec {
     Panel panel;
     Domain domain;
@@ -259,6 +289,16 @@ class Plot {
   PanelRec& rec() { return panels[static_cast<std::size_t>(panel)]; }
   const PanelRec& rec() const { return panels[static_cast<std::size_t>(panel)]; }
   int chooseDevice(const Strings& params, const char* text);
+  void prepareDevice(const Strings& params, const char* text);
+  bool pictureDomain(int width, int height, Domain& domain) const;
+  void noteFrame();
+  int saveOutput();
+  int saveAll(const char* stem, const char* type);
+  int saveAnimation(const char* name);
+  void saveByKey(const char* type);
+  void tellPlace(const char* position);
+  void drawLogos();
+  void drawLogo(const char* entry);
   int openColors(const Strings& params);
   Rect pageRect(const Rect& fractions) const;
   int setViewport();
@@ -284,8 +324,10 @@ class Plot {
   int num_panel = 0;
   int full = 0;          // 1 the map fills the page, 2 with labels inside it
   int image_output = 0;  // 1 when the resource `output` names a GIF or PNG file
+  bool end_due = false;  // the user has ended the plot
   std::array<unsigned char, NUM_DRAW> draw{};
   char title[80] = "";
+  bool own_title = false;  // the title is the user's, not the program's name
   int label_rows = 0;
   char trans_color[20] = "";
   int line_index = Const::MISS;  // colours last set, of the colour map
@@ -302,7 +344,8 @@ class Plot {
   Date label_date;
   Timezone tz;
   int num_done = 0;
-  Points work;  // reused by the primitives
+  std::vector<FrameText> frame_texts;  // of each frame, or of the surface without frames
+  Points work;                         // reused by the primitives
   Points piece;
 };
 

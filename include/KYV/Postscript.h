@@ -52,7 +52,6 @@ class Postscript final : public FileDevice {
   void beginPage();
   void putClip();
   void putPath(const Points& points);
-  void putSamples(const Image& image, int x, int y, int num);
 
   int page = 0;  // 0: no frame was begun
   bool page_due = false;

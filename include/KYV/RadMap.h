@@ -1,6 +1,8 @@
 #ifndef KYV_RADMAP_H
 #define KYV_RADMAP_H
 
+#include <memory>
+
 #include "KYV/Drawing.h"
 #include "KYV/Filename.h"
 #include "KYV/Listener.h"
@@ -87,7 +89,11 @@ class RadMap : public Drawing, public Listener {
   Filename file;
   String reported;  // the search in vain that was last told of
   Timezone tz;
-  NidsFile nids;
+  std::unique_ptr<NidsFile> nids = std::make_unique<NidsFile>();
+  // The product that the default domain was taken from, its header read; drawing the same file goes on from there.
+  std::unique_ptr<NidsFile> ahead;
+  String ahead_name;
+  NidsInfo ahead_info;
   NidsInfo info;
   NidsData ndata;
 };

@@ -26,11 +26,10 @@ bool DeviceOptions::getNumber(const Strings& items, int i, int from, float low, 
   return true;
 }
 
-bool DeviceOptions::getSize(const Strings& items, int i, int from, float& w, float& h) {
-  const Strings sides(items.getString(i, from), ':');
+bool DeviceOptions::getSize(const Strings& items, int i, int from, char sep, float low, float high, float& w, float& h) {
+  const Strings sides(items.getString(i, from), sep);
   float first = 0.0f, second = 0.0f;
-  if (sides.getNum() != 2 || !getNumber(sides, 0, 0, MIN_INCHES, MAX_INCHES, first) ||
-      !getNumber(sides, 1, 0, MIN_INCHES, MAX_INCHES, second)) {
+  if (sides.getNum() != 2 || !getNumber(sides, 0, 0, low, high, first) || !getNumber(sides, 1, 0, low, high, second)) {
     return false;
   }
   w = first;

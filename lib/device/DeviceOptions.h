@@ -25,7 +25,11 @@ struct DeviceOptions {
   /// The number of item i from character `from` on, when it lies within low and high.
   static bool getNumber(const Strings& items, int i, int from, float low, float high, float& value);
   /// "width:height" in inches.
-  static bool getSize(const Strings& items, int i, int from, float& w, float& h);
+  static bool getSize(const Strings& items, int i, int from, float& w, float& h) {
+    return getSize(items, i, from, ':', MIN_INCHES, MAX_INCHES, w, h);
+  }
+  /// Width and height with sep between them, each within low and high.
+  static bool getSize(const Strings& items, int i, int from, char sep, float low, float high, float& w, float& h);
 };
 
 }  // namespace KYV

@@ -1,5 +1,7 @@
 #include "KYV/FileDevice.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include "ColorByte.h"
@@ -7,8 +9,8 @@
 #include "KYV/FileTool.h"
 #include "KYV/Image.h"
 #include "KYV/Kyv.h"
+#include "KYV/Points.h"
 #include "KYV/StrLib.h"
-#include "KYV/String.h"
 #include "TextWriter.h"
 
 namespace KYV {
@@ -17,7 +19,17 @@ namespace {
 
 constexpr float POINTS_PER_HUNDREDTH = 0.72f;  // 72 points an inch
 constexpr float MAX_HUNDREDTHS = 100.0f * DeviceOptions::MAX_INCHES;
-constexpr float MAX_PEN = 10000.0f;
+constexpr float CLIP_MARGIN = 0.1f;
+// Samples on a line of an image.
+constexpr int LINE_SAMPLES = 80;
+// Sides of an image: those of the largest page, points, and the margins of its clip.
+constexpr float MAX_SAMPLES = DeviceOptions::MAX_INCHES * 72.0f + 2.0f * CLIP_MARGIN + 1.0f;
+
+// An offset in whole pixels; beyond the largest image all offsets are alike.
+int wholeOffset(float v) {
+  constexpr float FAR = 2.0f * MAX_SAMPLES + Image::MAX_SIZE;
+  return static_cast<int>(std::clamp(v, -FAR, FAR));
+}
 
 }  // namespace
 
@@ -27,16 +39,9 @@ FileDevice::~FileDevice() = default;
 
 int FileDevice::initFile(const char* dev, const char* name, float w, float h) {
   device = dev;
-  opened = inverse = append = false;
-  width = w;
-  height = h;
-  xoff = yoff = 0.0f;
+  append = false;
   StrLib::copy(filename, name);
-  StrLib::copy(title, "KYV Plot");
-  clip = Rect(0.0f, 0.0f, w, h);
-  pens = {};
-  pen(FILL)->style = FILL_SOLID;
-  return 1;
+  return initSurface("KYV Plot", w, h);
 }
 
 int FileDevice::setFilename(const char* name) {
@@ -88,8 +93,6 @@ int FileDevice::closeFile() {
   return 0;
 }
 
-int FileDevice::getDevice(String& name) { return name.clear(), 1; }
-
 int FileDevice::update() {
   if (opened) {
     text->flush();
@@ -97,8 +100,6 @@ int FileDevice::update() {
   }
   return 1;
 }
-
-int FileDevice::setTitle(const char* name) { return StrLib::copy(title, name), 1; }
 
 int FileDevice::setSize(float w, float h) {
   // Written so that a number that is none is refused too.
@@ -114,36 +115,48 @@ int FileDevice::setOffset(float x, float y) {
   return 1;
 }
 
-int FileDevice::allocColor(float r, float g, float b) { return packColor(r, g, b); }
-
-int FileDevice::setColor(int cls, int value) {
-  Pen* p = pen(cls);
-  if (!p) return 0;
-  p->color = value;
-  return 1;
+bool FileDevice::ready(float x1, float y1, float x2, float y2) const {
+  return opened && std::isfinite(x1) && std::isfinite(y1) && std::isfinite(x2) && std::isfinite(y2);
 }
 
-int FileDevice::setLineWidth(int cls, float w) {
-  Pen* p = pen(cls);
-  if (!p) return 0;
-  if (cls != FILL) p->width = w > 0.0f && w <= MAX_PEN ? w : 1.0f;
-  return 1;
+bool FileDevice::ready(const Points& points) const {
+  return opened && points.getNum() > 0 && std::all_of(points.begin(), points.end(), [](const Point& p) {
+           return std::isfinite(p.x) && std::isfinite(p.y);
+         });
 }
 
-int FileDevice::setLineStyle(int cls, int style) {
-  Pen* p = pen(cls);
-  if (!p) return 0;
-  if (cls == LINE) p->style = style;
-  return 1;
+void FileDevice::setWideClip(float x1, float y1, float x2, float y2) {
+  // In order first, so that it is wider on every side.
+  clip = Rect(x1, y1, x2, y2);
+  clip = Rect(clip.xmin - CLIP_MARGIN, clip.ymin - CLIP_MARGIN, clip.xmax + CLIP_MARGIN, clip.ymax + CLIP_MARGIN);
 }
 
-int FileDevice::setFillStyle(int cls, int style) {
-  Pen* p = pen(cls);
-  if (!p) return 0;
-  if (cls == FILL) p->style = style;
-  return 1;
+bool FileDevice::getSamples(const Image& image, float x, float y, Samples& s) const {
+  if (!opened || image.getWidth() <= 0 || image.getHeight() <= 0 || !image.validData()) return false;
+  if (std::isnan(x) || std::isnan(y)) return false;
+  // Less than a unit in either direction shows nothing, and a scale of 0 stops interpreters.
+  const float w = clip.width(), h = clip.height();
+  if (!(w >= 1.0f && h >= 1.0f && w < MAX_SAMPLES && h < MAX_SAMPLES)) return false;
+  if (std::max(std::fabs(clip.xmin), std::fabs(clip.ymin)) > 1e6f) return false;
+  s = {static_cast<int>(clip.xmin), static_cast<int>(clip.ymin), static_cast<int>(w), static_cast<int>(h),
+       wholeOffset(x),              wholeOffset(y)};
+  return true;
 }
 
-int FileDevice::getImage(Image& image) { return image.init(); }
+void FileDevice::putSamples(const Image& image, const Samples& s, bool color) {
+  RGB rgb;
+  for (int row = 0; row < s.height; ++row) {
+    for (int i = 0; i < s.width; ++i) {
+      if (!image.getRGB(s.left + i, s.top + row, rgb)) rgb.set(1.0f, 1.0f, 1.0f);
+      if (color) {
+        for (const float v : {rgb.red, rgb.green, rgb.blue}) text->putHex(colorByte(v));
+      } else {
+        text->putHex(colorByte(greyOf(rgb.red, rgb.green, rgb.blue)));
+      }
+      if (i % LINE_SAMPLES == LINE_SAMPLES - 1) text->put('\n');
+    }
+    text->put('\n');
+  }
+}
 
 }  // namespace KYV

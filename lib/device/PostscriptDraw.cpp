@@ -1,10 +1,6 @@
-#include <algorithm>
-#include <cmath>
 #include <string_view>
 
 #include "ColorByte.h"
-#include "DeviceOptions.h"
-#include "KYV/Image.h"
 #include "KYV/Points.h"
 #include "KYV/Postscript.h"
 #include "TextWriter.h"
@@ -17,24 +13,6 @@ namespace {
 constexpr std::string_view DASHES[] = {
     "", "[] 0 setdash\n", "[6] 0 setdash\n", "[3 6] 0 setdash\n", "[6 6 3 6] 0 setdash\n", "[2] 0 setdash\n",
 };
-constexpr float CLIP_MARGIN = 0.1f;
-// Samples on a line of an image.
-constexpr int LINE_SAMPLES = 80;
-// Sides of an image: those of the largest page, points, and the margins of its clip.
-constexpr float MAX_SAMPLES = DeviceOptions::MAX_INCHES * 72.0f + 2.0f * CLIP_MARGIN + 1.0f;
-
-constexpr double greyOf(double r, double g, double b) { return (0.9 * r + g + 0.8 * b) / 2.7; }
-
-bool isFinite(const Points& points) {
-  return std::all_of(points.begin(), points.end(),
-                     [](const Point& p) { return std::isfinite(p.x) && std::isfinite(p.y); });
-}
-
-// An offset in whole pixels; beyond the largest image all offsets are alike.
-int wholeOffset(float v) {
-  constexpr float FAR = 2.0f * MAX_SAMPLES + Image::MAX_SIZE;
-  return static_cast<int>(std::clamp(v, -FAR, FAR));
-}
 
 }  // namespace
 
@@ -78,7 +56,7 @@ void Postscript::putPath(const Points& points) {
 }
 
 int Postscript::drawLine(int cls, float x1, float y1, float x2, float y2) {
-  if (!opened || !std::isfinite(x1) || !std::isfinite(y1) || !std::isfinite(x2) || !std::isfinite(y2)) return 0;
+  if (!ready(x1, y1, x2, y2)) return 0;
   startPage();
   text->put("%%PL:2\n");
   putPen(cls);
@@ -90,7 +68,7 @@ int Postscript::drawLine(int cls, float x1, float y1, float x2, float y2) {
 }
 
 int Postscript::drawLine(int cls, const Points& points) {
-  if (!opened || points.getNum() == 0 || !isFinite(points)) return 0;
+  if (!ready(points)) return 0;
   startPage();
   text->put("%%PL:", points.getNum(), '\n');
   putPen(cls);
@@ -100,7 +78,7 @@ int Postscript::drawLine(int cls, const Points& points) {
 }
 
 int Postscript::drawFill(int cls, const Points& points) {
-  if (!opened || points.getNum() == 0 || !isFinite(points)) return 0;
+  if (!ready(points)) return 0;
   startPage();
   text->put("%%FA:", points.getNum(), '\n');
   if (cls == FILL) putColor(cls);
@@ -110,11 +88,9 @@ int Postscript::drawFill(int cls, const Points& points) {
 }
 
 int Postscript::setClip(float x1, float y1, float x2, float y2) {
-  if (!opened || !std::isfinite(x1) || !std::isfinite(y1) || !std::isfinite(x2) || !std::isfinite(y2)) return 0;
+  if (!ready(x1, y1, x2, y2)) return 0;
   startPage();
-  // In order first, so that it is wider on every side.
-  clip = Rect(x1, y1, x2, y2);
-  clip = Rect(clip.xmin - CLIP_MARGIN, clip.ymin - CLIP_MARGIN, clip.xmax + CLIP_MARGIN, clip.ymax + CLIP_MARGIN);
+  setWideClip(x1, y1, x2, y2);
   clipped = true;
   putClip();
   return 1;
@@ -130,39 +106,17 @@ void Postscript::putClip() {
 }
 
 int Postscript::drawImage(const Image& image, float x, float y) {
-  if (!opened || image.getWidth() <= 0 || image.getHeight() <= 0 || !image.validData()) return 0;
-  if (std::isnan(x) || std::isnan(y)) return 0;
-  // Less than a point in either direction shows nothing, and a scale of 0 stops the interpreter.
-  const float w = clip.width(), h = clip.height();
-  if (!(w >= 1.0f && h >= 1.0f && w < MAX_SAMPLES && h < MAX_SAMPLES)) return 0;
-  if (std::max(std::fabs(clip.xmin), std::fabs(clip.ymin)) > 1e6f) return 0;
-  const int cx = static_cast<int>(clip.xmin), cy = static_cast<int>(clip.ymin);
-  const int cw = static_cast<int>(w), ch = static_cast<int>(h);
+  Samples s;
+  if (!getSamples(image, x, y, s)) return 0;
   startPage();
-  text->put("gsave\n", cx, ' ', cy, " translate\n", cw, ' ', ch, " scale\n");
-  text->put("/picstr ", cw, " string def\n");
-  text->put(cw, ' ', ch, " 8 [ ", cw, " 0 0 ", -ch, " 0 ", ch, " ]\n");
+  text->put("gsave\n", s.x, ' ', s.y, " translate\n", s.width, ' ', s.height, " scale\n");
+  text->put("/picstr ", s.width, " string def\n");
+  text->put(s.width, ' ', s.height, " 8 [ ", s.width, " 0 0 ", -s.height, " 0 ", s.height, " ]\n");
   text->put("{ currentfile picstr readhexstring pop }\n");
   text->put(color ? "false 3 colorimage\n" : "image\n");
-  const int left = wholeOffset(x), top = wholeOffset(y);
-  for (int row = 0; row < ch; ++row) putSamples(image, left, top + row, cw);
+  putSamples(image, s, color);
   text->put("grestore\n");
   return 1;
-}
-
-void Postscript::putSamples(const Image& image, int x, int y, int num) {
-  RGB rgb;
-  for (int i = 0; i < num; ++i) {
-    // White where the image has no pixel.
-    if (!image.getRGB(x + i, y, rgb)) rgb.set(1.0f, 1.0f, 1.0f);
-    if (color) {
-      for (const float v : {rgb.red, rgb.green, rgb.blue}) text->putHex(colorByte(v));
-    } else {
-      text->putHex(colorByte(greyOf(rgb.red, rgb.green, rgb.blue)));
-    }
-    if (i % LINE_SAMPLES == LINE_SAMPLES - 1) text->put('\n');
-  }
-  text->put('\n');
 }
 
 }  // namespace KYV

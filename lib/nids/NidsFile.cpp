@@ -42,7 +42,7 @@ int NidsFile::init() {
   body_start = true;
   first_segment = true;
   stream_open = false;
-  damaged = false;
+  damaged = kept_quiet = false;
   pk_code = 0;
   layer_end = 0;
   layer_done = false;
@@ -117,7 +117,10 @@ int NidsFile::inflateSegment() {
 }
 
 void NidsFile::warn(const char* format, ...) const {
-  if (quiet) return;
+  if (quiet) {
+    kept_quiet = true;
+    return;
+  }
   char text[MAX_WARNING];
   std::va_list args;
   va_start(args, format);

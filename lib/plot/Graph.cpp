@@ -13,6 +13,7 @@
 #include "KYV/Image.h"
 #include "KYV/Kyv.h"
 #include "KYV/Postscript.h"
+#include "KYV/Raster.h"
 #include "KYV/String.h"
 #include "KYV/Strings.h"
 #include "PlotEvent.h"
@@ -35,6 +36,7 @@ struct Maker {
 };
 constexpr Maker MAKERS[] = {
     {"postscript", Graph::POSTSCRIPT, false, make<Postscript>},
+    {"raster", Graph::RASTER, false, make<Raster>},
 };
 
 constexpr int MAX_MESSAGE = 100;  // characters
@@ -94,7 +96,8 @@ int Graph::open() {
   managed = false;
   if (!device) {
     if (*missing) {
-      std::fprintf(stderr, "%s: the device %s is not available in this version, use -de postscript,FILE\n",
+      std::fprintf(stderr,
+                   "%s: the device %s is not available in this version, use -ou map.png or -de postscript,map.ps\n",
                    Kyv::getProgramName(), missing);
     }
     return 0;
@@ -373,6 +376,7 @@ int Graph::getImage(Image& image) { return device ? device->getImage(image) : 0;
 bool Graph::isLooping() { return device && device->isLooping(); }
 int Graph::getFrame() { return device ? device->getFrame() : 0; }
 int Graph::setFrame(int frame) { return device ? device->setFrame(frame) : 0; }
+int Graph::displayFrame(int frame) { return device ? device->displayFrame(frame) : 0; }
 int Graph::deleteFrame(int frame) { return device ? device->deleteFrame(frame) : 0; }
 int Graph::getNumFrames() { return device ? device->getNumFrames() : 0; }
 

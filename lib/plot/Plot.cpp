@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 #include "KYV/ColorFile.h"
 #include "KYV/Kyv.h"
@@ -51,6 +52,13 @@ const char* tokenAfter(const Strings& tokens, const char* key) {
   return nullptr;
 }
 
+// Whether the options of a window, or the environment, name the display to draw on.
+bool namesDisplay(const char* options) {
+  const Strings tokens(options, ',');
+  if (tokens.valid(0) && tokens.index(0, '=') < 0) return true;
+  return tokenAfter(tokens, "co=") || StrLib::valid(std::getenv("DISPLAY"));
+}
+
 bool namesImage(const char* output) {
   for (const char* kind : {"gif", "png"}) {
     if (StrLib::iequal(output, kind, 3) || StrLib::iequal(output, kind, -3)) return true;
@@ -66,8 +74,10 @@ Plot::~Plot() { close(); }
 
 int Plot::init() {
   labels.clear();
+  frame_texts.clear();
   label_rows = panel = num_panel = 0;
   num_done = 0;
+  end_due = own_title = false;
   panel_text[0] = trans_color[0] = label_format[0] = data_source[0] = '\0';
   label_date.init();
   fore_hour = Const::MISS;
@@ -80,15 +90,21 @@ int Plot::init() {
 int Plot::chooseDevice(const Strings& params, const char* text) {
   String device(Kyv::resrc.get("device", ""));
   if (const char* token = tokenAfter(params, "de=")) device.copy(token);
-  if (!device.valid()) {
-    const char* name = "display";
-    if (Kyv::resrc.getBool("inter")) {
-      name = deviceName(Prog::prompt("Display (D) or Postscript (P): ").getChar(0));
-    }
-    return graph.setDevice(name, text);
+  const char* name = "display";
+  const char* options = text;
+  if (device.valid()) {
+    const int comma = device.index(',');
+    name = deviceName(device.getChar(0));
+    // The one device of its letter that has to be written out.
+    if (Strings(device.get(), ',').equal(0, "raster")) name = "raster";
+    if (comma >= 0) options = device.get() + comma + 1;
+  } else if (Kyv::resrc.getBool("inter")) {
+    name = deviceName(Prog::prompt("Display (D) or Postscript (P): ").getChar(0));
   }
-  const int comma = device.index(',');
-  return graph.setDevice(deviceName(device.getChar(0)), comma < 0 ? text : device.get() + comma + 1);
+  // A picture needs no display.
+  const bool needsDisplay = !image_output || namesDisplay(options == text ? "" : options);
+  if (StrLib::equal(name, "display") && !needsDisplay) name = "raster";
+  return graph.setDevice(name, options);
 }
 
 int Plot::openColors(const Strings& params) {
@@ -103,12 +119,8 @@ int Plot::openColors(const Strings& params) {
   return 1;
 }
 
-int Plot::open(const char* params) {
-  init();
-  const char* text = params ? params : "";
-  const Strings tokens(text, ',');
-  chooseDevice(tokens, text);
-
+// Gives the device that is about to open what resources and parameters say.
+void Plot::prepareDevice(const Strings& tokens, const char* text) {
   String geometry(Kyv::resrc.get("geometry", ""));
   if (const char* token = tokenAfter(tokens, "ge=")) geometry.copy(token);
   GeomBox box;
@@ -126,20 +138,37 @@ int Plot::open(const char* params) {
     if (!name) name = Kyv::getProgramName();
     if (*name == '+') ++name;
   }
+  own_title = Kyv::resrc.get("title") != nullptr;
   StrLib::copy(title, name);
   if (*title) graph.setTitle(title);
 
-  const char* output = Kyv::resrc.get("output", "");
-  image_output = namesImage(output) ? 1 : 0;
-  if (image_output) Kyv::outWarning("Plot: this version writes no pictures, %s is left out\n", output);
   logo.copy(Kyv::resrc.get("logo", ""));
-  if (logo.valid()) Kyv::outWarning("Plot: this version draws no logos, %s is left out\n", logo.get());
   if (const char* zone = Kyv::resrc.get("timezone")) tz.set(zone);
   setParam(Kyv::resrc.get("parameter"));
-  setParam(params);
+  setParam(text);
+}
 
-  if (!graph.open()) return 0;
+int Plot::open(const char* params) {
+  init();
+  const char* text = params ? params : "";
+  const Strings tokens(text, ',');
+  const char* output = Kyv::resrc.get("output", "");
+  image_output = namesImage(output) ? 1 : 0;
+  if (*output && !image_output) {
+    Kyv::outWarning("Plot: %s is no picture that can be written, use a name that ends in .png or .gif\n", output);
+  }
+  chooseDevice(tokens, text);
+  prepareDevice(tokens, text);
+  const bool onScreen = !graph.isFileDevice() && graph.getDeviceType() != Graph::RASTER;
+  bool opened = graph.open() != 0;
+  if (!opened && onScreen && image_output) {
+    graph.setDevice("raster", nullptr);
+    prepareDevice(tokens, text);
+    opened = graph.open() != 0;
+  }
+  if (!opened) return 0;
   openColors(tokens);
+  graph.addCallback("AnyEvent", this, "Plot");
   initPanel();
   return 1;
 }
@@ -151,6 +180,7 @@ int Plot::setParam(const char* params) {
       {"ti", Begins,
        [](Plot& p, const ParamItem& i) {
          StrLib::copy(p.title, i.from(3));
+         p.own_title = true;
          p.graph.setTitle(p.title);
        }},
       {"bg", Begins, [](Plot& p, const ParamItem& i) { p.graph.setBackground(i.from(3)); }},
@@ -205,7 +235,13 @@ int Plot::printDrawing() const {
 
 int Plot::close() { return graph.close(); }
 
-int Plot::manage() { return graph.manage(); }
+int Plot::manage() {
+  if (image_output && !graph.isFileDevice()) return saveOutput();
+  const int result = graph.manage();
+  // Not from within the device's own loop.
+  if (end_due) close();
+  return result;
+}
 
 int Plot::end() {
   drawBorder();

@@ -241,8 +241,10 @@ int Plot::drawLabels() {
   setText();
   const PlotAttr attr = labelAttr();
   for (const Label& label : labels) drawLabel(label, attr, band);
+  noteFrame();
   setText();
   if (bar_on) drawBar();
+  drawLogos();
   labels.resize(ownLabels);
   return graph.activateTran(MAP);
 }

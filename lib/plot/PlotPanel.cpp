@@ -205,6 +205,7 @@ int Plot::newPanel(const char* text) {
 int Plot::newFrame() {
   graph.newFrame();
   dropLabels();
+  frame_texts.emplace_back();
   if (num_panel > 1) {
     panel = 0;
     num_panel = 1;
@@ -214,6 +215,11 @@ int Plot::newFrame() {
   return setViewport();
 }
 
+int Plot::deleteFrame(int frame) {
+  if (frame >= 0 && frame < static_cast<int>(frame_texts.size())) frame_texts.erase(frame_texts.begin() + frame);
+  return graph.deleteFrame(frame);
+}
+
 int Plot::clearFrame() {
   graph.clear();
   dropLabels();
@@ -221,7 +227,8 @@ int Plot::clearFrame() {
 }
 
 int Plot::deleteAllFrames() {
-  for (int n = graph.getNumFrames(); n > 0; --n) graph.deleteFrame(0);
+  for (int n = graph.getNumFrames(); n > 0; --n) deleteFrame(0);
+  frame_texts.clear();
   return 1;
 }
 

@@ -237,7 +237,7 @@ TEST(GraphDevice, UnknownDeviceIsNamed) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(0, graph.open());
     EXPECT_EQ(
-        "radmap: the device " + std::string(name) + " is not available in this version, use -de postscript,FILE\n",
+        "radmap: the device " + std::string(name) + " is not available in this version, use -ou map.png or -de postscript,map.ps\n",
         testing::internal::GetCapturedStderr());
   }
 }

@@ -311,8 +311,7 @@ TEST_F(RadMapRun, WhatCannotBeDrawnIsReported) {
       {"-de postscript,out.ps empty", "empty"},
       {"-de postscript,/proc/none/out.ps text.txt", "Postscript: unable to output to file\n"},
       {"text.txt", "-de postscript"},
-      {"-de postscript,out.ps -ou map.png text.txt", "no pictures, map.png is left out\n"},
-      {"-de postscript,out.ps -lo own.gif text.txt", "no logos, own.gif is left out\n"},
+      {"-de postscript,out.ps -lo own.gif text.txt", "Logo not found: own.gif\n"},
   };
   for (const Case& c : CASES) {
     SCOPED_TRACE(c.arguments);

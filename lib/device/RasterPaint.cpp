@@ -1,0 +1,251 @@
+#include "RasterPaint.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+namespace KYV {
+
+namespace {
+
+constexpr int MAX_DASHES = 200000;  // pieces of a dashed line
+
+}  // namespace
+
+void RasterPaint::setTarget(unsigned char* pixels, int w, int h, int bytes) {
+  data = pixels;
+  width = w;
+  height = h;
+  depth = bytes;
+}
+
+// Pixels x0 to x1 of a row, cut at the clip.
+void RasterPaint::span(int y, int x0, int x1) {
+  if (y < clip.y0 || y > clip.y1) return;
+  x0 = std::max(x0, clip.x0);
+  x1 = std::min(x1, clip.x1);
+  if (x0 > x1) return;
+  unsigned char* row =
+      data + (static_cast<std::size_t>(y) * static_cast<std::size_t>(width)) * static_cast<std::size_t>(depth);
+  const std::uint8_t bits = pattern ? (*pattern)[static_cast<std::size_t>(y & 7)] : 0xFF;
+  if (depth == 1 && bits == 0xFF) {
+    std::memset(row + x0, static_cast<int>(ink & 0xFF), static_cast<std::size_t>(x1 - x0 + 1));
+    return;
+  }
+  for (int x = x0; x <= x1; ++x) {
+    if (!(bits >> (x & 7) & 1)) continue;
+    if (depth == 1) {
+      row[x] = static_cast<unsigned char>(ink);
+    } else {
+      unsigned char* p = row + 3 * static_cast<std::ptrdiff_t>(x);
+      p[0] = static_cast<unsigned char>(ink >> 16);
+      p[1] = static_cast<unsigned char>(ink >> 8);
+      p[2] = static_cast<unsigned char>(ink);
+    }
+  }
+}
+
+void RasterPaint::rect(const Box& box) {
+  for (int y = std::max(box.y0, clip.y0); y <= std::min(box.y1, clip.y1); ++y) span(y, box.x0, box.x1);
+}
+
+// A line one pixel wide, both ends included.
+void RasterPaint::thin(Pixel a, Pixel b) {
+  if (std::max(a.y, b.y) < clip.y0 || std::min(a.y, b.y) > clip.y1) return;
+  if (std::max(a.x, b.x) < clip.x0 || std::min(a.x, b.x) > clip.x1) return;
+  const int dx = std::abs(b.x - a.x), dy = std::abs(b.y - a.y);
+  if (dy == 0) return span(a.y, std::min(a.x, b.x), std::max(a.x, b.x));
+  const int sx = a.x < b.x ? 1 : -1, sy = a.y < b.y ? 1 : -1;
+  if (dx >= dy) {
+    // Whole runs of a row.
+    int error = dx / 2, from = a.x;
+    for (int i = 0; i <= dx; ++i) {
+      const int x = a.x + sx * i;
+      error -= dy;
+      if (error < 0 || i == dx) {
+        span(a.y, std::min(from, x), std::max(from, x));
+        from = x + sx;
+        a.y += sy;
+        error += dx;
+      }
+    }
+    return;
+  }
+  int error = dy / 2;
+  for (int i = 0; i <= dy; ++i) {
+    span(a.y, a.x, a.x);
+    a.y += sy;
+    error -= dx;
+    if (error < 0) {
+      a.x += sx;
+      error += dy;
+    }
+  }
+}
+
+// Widens the rows of an edge, of a line one pixel wide, by the pixels that it has there.
+void RasterPaint::mark(Pixel a, Pixel b, int top, int bottom) {
+  const int dx = std::abs(b.x - a.x), dy = std::abs(b.y - a.y);
+  const int sx = a.x < b.x ? 1 : -1, sy = a.y < b.y ? 1 : -1;
+  const auto widen = [&](int y, int x) {
+    if (y < top || y > bottom) return;
+    const auto row = static_cast<std::size_t>(y - top);
+    left[row] = std::min(left[row], x);
+    right[row] = std::max(right[row], x);
+  };
+  if (dx >= dy) {
+    int error = dx / 2;
+    for (int i = 0;; ++i) {
+      widen(a.y, a.x);
+      if (i == dx) return;
+      a.x += sx;
+      error -= dy;
+      if (error < 0) {
+        a.y += sy;
+        error += dx;
+      }
+    }
+  }
+  int error = dy / 2;
+  for (int i = 0;; ++i) {
+    widen(a.y, a.x);
+    if (i == dy) return;
+    a.y += sy;
+    error -= dx;
+    if (error < 0) {
+      a.x += sx;
+      error += dy;
+    }
+  }
+}
+
+// A convex polygon with its outline: from the leftmost to the rightmost pixel of the outline in each row. False, and
+// nothing painted, for any other polygon.
+bool RasterPaint::fillConvex(std::span<const Pixel> points) {
+  const std::size_t n = points.size();
+  int turn = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const Pixel &a = points[i], &b = points[(i + 1) % n], &c = points[(i + 2) % n];
+    const std::int64_t cross = std::int64_t{b.x - a.x} * (c.y - b.y) - std::int64_t{b.y - a.y} * (c.x - b.x);
+    const int sign = cross > 0 ? 1 : cross < 0 ? -1 : 0;
+    if (sign && turn && sign != turn) return false;
+    if (sign) turn = sign;
+  }
+  int top = INT_MAX, bottom = INT_MIN;
+  for (const Pixel& p : points) {
+    top = std::min(top, p.y);
+    bottom = std::max(bottom, p.y);
+  }
+  top = std::max(top, clip.y0);
+  bottom = std::min(bottom, clip.y1);
+  if (top > bottom) return true;
+  const auto rows = static_cast<std::size_t>(bottom - top + 1);
+  if (left.size() < rows) left.resize(rows), right.resize(rows);
+  std::fill_n(left.begin(), rows, INT_MAX);
+  std::fill_n(right.begin(), rows, INT_MIN);
+  for (std::size_t i = 0; i < n; ++i) mark(points[i], points[(i + 1) % n], top, bottom);
+  for (std::size_t i = 0; i < rows; ++i) {
+    if (left[i] <= right[i]) span(top + static_cast<int>(i), left[i], right[i]);
+  }
+  return true;
+}
+
+// Any polygon by the even-odd rule: pixels whose centre lies inside, then its outline.
+void RasterPaint::fillAny(std::span<const Pixel> points) {
+  int top = INT_MAX, bottom = INT_MIN;
+  for (const Pixel& p : points) {
+    top = std::min(top, p.y);
+    bottom = std::max(bottom, p.y);
+  }
+  const std::size_t n = points.size();
+  for (int y = std::max(top, clip.y0); y < std::min(bottom, clip.y1 + 1); ++y) {
+    crossings.clear();
+    for (std::size_t i = 0; i < n; ++i) {
+      Pixel a = points[i], b = points[(i + 1) % n];
+      if (a.y == b.y) continue;
+      if (a.y > b.y) std::swap(a, b);
+      if (y < a.y || y >= b.y) continue;
+      // The first pixel whose centre is not left of the edge.
+      const std::int64_t dy = b.y - a.y, part = std::int64_t{b.x - a.x} * (y - a.y);
+      crossings.push_back(a.x + static_cast<int>(part >= 0 ? (part + dy - 1) / dy : -(-part / dy)));
+    }
+    std::sort(crossings.begin(), crossings.end());
+    for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) span(y, crossings[i], crossings[i + 1] - 1);
+  }
+  for (std::size_t i = 0; i < n; ++i) thin(points[i], points[(i + 1) % n]);
+}
+
+void RasterPaint::fill(std::span<const Pixel> points) {
+  if (points.empty()) return;
+  if (pattern || points.size() > 8 || !fillConvex(points)) fillAny(points);
+}
+
+// A disc, the joint and the end of wide lines of text.
+void RasterPaint::dot(Pixel p, int w) {
+  const float r = static_cast<float>(w) / 2.0f;
+  for (int y = static_cast<int>(-r); y <= static_cast<int>(r); ++y) {
+    const float fy = static_cast<float>(y);
+    const int x = static_cast<int>(std::sqrt(std::max(r * r - fy * fy, 0.0f)));
+    span(p.y + y, p.x - x, p.x + x);
+  }
+}
+
+void RasterPaint::wide(Pixel a, Pixel b, int w) {
+  const float dx = static_cast<float>(b.x - a.x), dy = static_cast<float>(b.y - a.y);
+  const float length = std::hypot(dx, dy);
+  if (length == 0.0f) return;
+  const float nx = -dy / length * static_cast<float>(w - 1) / 2.0f, ny = dx / length * static_cast<float>(w - 1) / 2.0f;
+  const auto at = [](float v) { return static_cast<int>(std::lround(v)); };
+  const auto move = [&](Pixel p, float side) {
+    return Pixel{at(static_cast<float>(p.x) + side * nx), at(static_cast<float>(p.y) + side * ny)};
+  };
+  const Pixel quad[] = {move(a, 1.0f), move(b, 1.0f), move(b, -1.0f), move(a, -1.0f)};
+  if (!fillConvex(quad)) fillAny(quad);
+}
+
+void RasterPaint::segment(Pixel a, Pixel b, int w) {
+  if (w <= 1) return thin(a, b);
+  const int reach = w;
+  if (std::max(a.y, b.y) + reach < clip.y0 || std::min(a.y, b.y) - reach > clip.y1) return;
+  if (std::max(a.x, b.x) + reach < clip.x0 || std::min(a.x, b.x) - reach > clip.x1) return;
+  wide(a, b, w);
+}
+
+void RasterPaint::line(std::span<const Pixel> points, int w, std::span<const std::uint8_t> dashes, bool round) {
+  const bool solid = dashes.empty();
+  if (solid) {
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+      segment(points[i], points[i + 1], w);
+      if (w > 2 && (round || i > 0)) dot(points[i], w);
+    }
+    if (w > 2 && round) dot(points.back(), w);
+    return;
+  }
+  std::size_t dash = 0;
+  float rest = dashes[0];
+  int pieces = 0;
+  for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+    const Pixel a = points[i], b = points[i + 1];
+    const float length = std::hypot(static_cast<float>(b.x - a.x), static_cast<float>(b.y - a.y));
+    float at = 0.0f;
+    while (at < length && ++pieces < MAX_DASHES) {
+      const float end = std::min(at + rest, length);
+      const auto point = [&](float t) {
+        return Pixel{a.x + static_cast<int>(std::lround(static_cast<float>(b.x - a.x) * t / length)),
+                     a.y + static_cast<int>(std::lround(static_cast<float>(b.y - a.y) * t / length))};
+      };
+      // A dash ends one pixel before the gap.
+      if (dash % 2 == 0) segment(point(at), point(std::max(at, end - (end < length ? 1.0f : 0.0f))), w);
+      rest -= end - at;
+      at = end;
+      if (rest <= 0.0f) {
+        dash = (dash + 1) % dashes.size();
+        rest = dashes[dash];
+      }
+    }
+  }
+}
+
+}  // namespace KYV
