@@ -48,7 +48,8 @@ class FileDevice : public PassiveDevice {
     int x, y, width, height;  // the clip
     int left, top;            // pixel in the first sample
   };
-  /// Of an image whose upper left corner is moved by x and y pixels beyond the clip's; false when there is nothing to show.
+  /// Of an image whose upper left corner is moved by x and y pixels beyond the clip's; false when there is nothing to
+  /// show.
   bool getSamples(const Image& image, float x, float y, Samples& s) const;
   /// Row by row, hexadecimal: six digits in colour, two in grey, white where the image has no pixel. A line ends with
   /// its row, or with 80 samples.

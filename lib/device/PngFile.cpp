@@ -5,6 +5,7 @@
 #include <array>
 #include <csetjmp>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -26,8 +27,9 @@ constexpr const char* SOFTWARE = "KYV - Kyvern v6.0";
 constexpr int SIGNATURE = 8;                     // bytes
 constexpr int PALETTE = 256;                     // entries
 constexpr int MAX_DEFLATE = 1032;                // pixels' bytes that a byte of deflated data can hold
-constexpr png_alloc_size_t MAX_CHUNK = 4 << 20;  // bytes of a text chunk, unpacked
-constexpr int MAX_CHUNKS = 100;
+constexpr png_alloc_size_t MAX_CHUNK = 1 << 20;  // bytes of a text chunk, unpacked
+constexpr int MAX_CHUNKS = 20;
+constexpr png_alloc_size_t MAX_ALLOC = 8 << 20;  // bytes that the library may ask for at once: some rows, or a chunk
 
 }  // namespace
 
@@ -67,6 +69,9 @@ struct PngFile::State {
     if (state->file.write(bytes, static_cast<int>(n)) != static_cast<int>(n)) png_error(png, "unable to write");
   }
   static void flush(png_structp) {}
+  // The library would take the length that a chunk claims for what it has to read.
+  static png_voidp allocate(png_structp, png_alloc_size_t n) { return n <= MAX_ALLOC ? std::malloc(n) : nullptr; }
+  static void release(png_structp, png_voidp bytes) { std::free(bytes); }
 
   bool begin(bool writing);
   void end();
@@ -84,7 +89,7 @@ bool PngFile::State::begin(bool writing) {
   damaged = false;
   texts.clear();
   png = writing ? png_create_write_struct(PNG_LIBPNG_VER_STRING, this, fail, warn)
-                : png_create_read_struct(PNG_LIBPNG_VER_STRING, this, fail, warn);
+                : png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, fail, warn, nullptr, allocate, release);
   info = png ? png_create_info_struct(png) : nullptr;
   if (!info) {
     end();
