@@ -66,7 +66,7 @@ class Raster final : public PassiveDevice {
   std::size_t pixelCount() const;
   void aim();
   bool usePen(int cls);
-  void take(const Points& points);
+  bool take(const Points& points);
 
   std::unique_ptr<State> state;
 };

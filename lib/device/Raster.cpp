@@ -1,6 +1,7 @@
 #include "KYV/Raster.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -52,11 +53,10 @@ bool readColor(const char* text, std::uint32_t& color) {
 }
 
 // A coordinate as a pixel, within what a window can take.
-int toPixel(float v) { return static_cast<int>(std::lround(std::clamp(v, -32767.0f, 32767.0f))); }
-
-bool isFinite(const Points& points) {
-  return std::all_of(points.begin(), points.end(),
-                     [](const Point& p) { return std::isfinite(p.x) && std::isfinite(p.y); });
+constexpr float FARTHEST = 32767.0f;
+int toPixel(float v) {
+  constexpr int SHIFT = 32768;  // makes the number positive, whose cut is its floor
+  return static_cast<int>(static_cast<double>(std::clamp(v, -FARTHEST, FARTHEST)) + (SHIFT + 0.5)) - SHIFT;
 }
 
 }  // namespace
@@ -77,6 +77,12 @@ struct Raster::State {
   int halign = 1;
   int valign = 3;
   std::vector<RasterPaint::Pixel> work;
+  // What the pens had last: their colours, and the values of these in the pictures.
+  struct PenInk {
+    int color = -1;
+    std::uint32_t ink = 0;
+  };
+  std::array<PenInk, 4> pens;
 
   Pixels& picture(int frame) {
     return frame >= 0 && frame < static_cast<int>(frames.size()) ? frames[static_cast<std::size_t>(frame)] : base;
@@ -100,6 +106,7 @@ struct Raster::State {
   // One colour more than an index can tell.
   void makeDirect() {
     direct = true;
+    pens = {};
     widen(base);
     for (Pixels& frame : frames) widen(frame);
   }
@@ -195,9 +202,14 @@ Rect Raster::getCoords() {
 bool Raster::usePen(int cls) {
   const Pen* p = pen(cls);
   if (!opened || !p) return false;
-  const bool before = state->direct;
-  state->paint.setInk(state->ink(static_cast<std::uint32_t>(p->color) & 0xFFFFFFu));
-  if (before != state->direct) aim();
+  State::PenInk& known = state->pens[static_cast<std::size_t>(cls - 1)];
+  if (known.color != p->color) {
+    const bool before = state->direct;
+    const std::uint32_t ink = state->ink(static_cast<std::uint32_t>(p->color) & 0xFFFFFFu);
+    known = {p->color, ink};
+    if (before != state->direct) aim();
+  }
+  state->paint.setInk(known.ink);
   const bool patterned = cls == FILL && p->style > 0 && p->style < static_cast<int>(std::size(FILL_PATTERNS));
   state->paint.setPattern(patterned ? &FILL_PATTERNS[p->style] : nullptr);
   return true;
@@ -211,27 +223,31 @@ int Raster::drawLine(int cls, float x1, float y1, float x2, float y2) {
 }
 
 int Raster::drawLine(int cls, const Points& points) {
-  if (points.getNum() == 0 || !isFinite(points) || !usePen(cls)) return 0;
+  if (points.getNum() == 0 || !take(points) || !usePen(cls)) return 0;
   const Pen& p = *pen(cls);
   std::span<const std::uint8_t> dashes;
   if (cls == LINE && p.style > 0 && p.style < static_cast<int>(std::size(SCREEN_DASHES))) {
     dashes = SCREEN_DASHES[p.style].get();
   }
-  take(points);
   state->paint.line(state->work, static_cast<int>(std::lround(std::min(p.width, 1000.0f))), dashes, cls == TEXT);
   return 1;
 }
 
 int Raster::drawFill(int cls, const Points& points) {
-  if (points.getNum() == 0 || !isFinite(points) || !usePen(cls)) return 0;
-  take(points);
+  if (points.getNum() == 0 || !take(points) || !usePen(cls)) return 0;
   state->paint.fill(state->work);
   return 1;
 }
 
-void Raster::take(const Points& points) {
-  state->work.clear();
-  for (const Point& p : points) state->work.push_back({toPixel(p.x), toPixel(p.y)});
+// The points as pixels; false when one of them is nowhere.
+bool Raster::take(const Points& points) {
+  state->work.resize(static_cast<std::size_t>(points.getNum()));
+  RasterPaint::Pixel* to = state->work.data();
+  for (const Point& p : points) {
+    if (!std::isfinite(p.x) || !std::isfinite(p.y)) return false;
+    *to++ = {toPixel(p.x), toPixel(p.y)};
+  }
+  return true;
 }
 
 int Raster::setImageAlign(int h, int v) {

@@ -10,7 +10,8 @@ namespace KYV {
 
 namespace {
 
-constexpr int MAX_DASHES = 200000;  // pieces of a dashed line
+constexpr int MAX_DASHES = 200000;     // pieces of a dashed line
+constexpr std::size_t MAX_CONVEX = 8;  // corners of a polygon that the quick way is tried for
 
 }  // namespace
 
@@ -85,15 +86,15 @@ void RasterPaint::thin(Pixel a, Pixel b) {
   }
 }
 
-// Widens the rows of an edge, of a line one pixel wide, by the pixels that it has there.
-void RasterPaint::mark(Pixel a, Pixel b, int top, int bottom) {
+// Widens rows by the pixels of an edge, a line one pixel wide. Rows are counted from `top`, `num` of them.
+void RasterPaint::mark(Pixel a, Pixel b, int top, int num, Run* runs) {
   const int dx = std::abs(b.x - a.x), dy = std::abs(b.y - a.y);
   const int sx = a.x < b.x ? 1 : -1, sy = a.y < b.y ? 1 : -1;
   const auto widen = [&](int y, int x) {
-    if (y < top || y > bottom) return;
-    const auto row = static_cast<std::size_t>(y - top);
-    left[row] = std::min(left[row], x);
-    right[row] = std::max(right[row], x);
+    const auto row = static_cast<unsigned>(y - top);
+    if (row >= static_cast<unsigned>(num)) return;
+    runs[row].from = std::min(runs[row].from, x);
+    runs[row].to = std::max(runs[row].to, x);
   };
   if (dx >= dy) {
     int error = dx / 2;
@@ -121,35 +122,42 @@ void RasterPaint::mark(Pixel a, Pixel b, int top, int bottom) {
   }
 }
 
-// A convex polygon with its outline: from the leftmost to the rightmost pixel of the outline in each row. False, and
-// nothing painted, for any other polygon.
-bool RasterPaint::fillConvex(std::span<const Pixel> points) {
-  const std::size_t n = points.size();
+bool RasterPaint::isConvex(std::span<const Pixel> points) {
   int turn = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const Pixel &a = points[i], &b = points[(i + 1) % n], &c = points[(i + 2) % n];
+  const std::size_t n = points.size();
+  Pixel a = points[n - 2], b = points[n - 1];
+  for (const Pixel& c : points) {
     const std::int64_t cross = std::int64_t{b.x - a.x} * (c.y - b.y) - std::int64_t{b.y - a.y} * (c.x - b.x);
-    const int sign = cross > 0 ? 1 : cross < 0 ? -1 : 0;
-    if (sign && turn && sign != turn) return false;
+    const int sign = (cross > 0) - (cross < 0);
+    if (sign * turn < 0) return false;
     if (sign) turn = sign;
-  }
-  int top = INT_MAX, bottom = INT_MIN;
-  for (const Pixel& p : points) {
-    top = std::min(top, p.y);
-    bottom = std::max(bottom, p.y);
-  }
-  top = std::max(top, clip.y0);
-  bottom = std::min(bottom, clip.y1);
-  if (top > bottom) return true;
-  const auto rows = static_cast<std::size_t>(bottom - top + 1);
-  if (left.size() < rows) left.resize(rows), right.resize(rows);
-  std::fill_n(left.begin(), rows, INT_MAX);
-  std::fill_n(right.begin(), rows, INT_MIN);
-  for (std::size_t i = 0; i < n; ++i) mark(points[i], points[(i + 1) % n], top, bottom);
-  for (std::size_t i = 0; i < rows; ++i) {
-    if (left[i] <= right[i]) span(top + static_cast<int>(i), left[i], right[i]);
+    a = b;
+    b = c;
   }
   return true;
+}
+
+// A convex polygon with its outline: from the leftmost to the rightmost pixel of the outline in each row of the box.
+void RasterPaint::fillConvex(std::span<const Pixel> points, int top, int bottom) {
+  top = std::max(top, clip.y0);
+  bottom = std::min(bottom, clip.y1);
+  const int num = bottom - top + 1;
+  if (num <= 0) return;
+  std::array<Run, FEW_ROWS> few;
+  Run* runs = few.data();
+  if (num > FEW_ROWS) {
+    many.resize(static_cast<std::size_t>(num));
+    runs = many.data();
+  }
+  std::fill_n(runs, num, Run{INT_MAX, INT_MIN});
+  Pixel before = points.back();
+  for (const Pixel& p : points) {
+    mark(before, p, top, num, runs);
+    before = p;
+  }
+  for (int i = 0; i < num; ++i) {
+    if (runs[i].from <= runs[i].to) span(top + i, runs[i].from, runs[i].to);
+  }
 }
 
 // Any polygon by the even-odd rule: pixels whose centre lies inside, then its outline.
@@ -179,7 +187,18 @@ void RasterPaint::fillAny(std::span<const Pixel> points) {
 
 void RasterPaint::fill(std::span<const Pixel> points) {
   if (points.empty()) return;
-  if (pattern || points.size() > 8 || !fillConvex(points)) fillAny(points);
+  Box box = {points[0].x, points[0].y, points[0].x, points[0].y};
+  for (const Pixel& p : points) {
+    box.x0 = std::min(box.x0, p.x);
+    box.x1 = std::max(box.x1, p.x);
+    box.y0 = std::min(box.y0, p.y);
+    box.y1 = std::max(box.y1, p.y);
+  }
+  if (box.x1 < clip.x0 || box.x0 > clip.x1 || box.y1 < clip.y0 || box.y0 > clip.y1) return;
+  // The outline of what is one pixel wide or high is all of it.
+  if (box.x0 == box.x1 || box.y0 == box.y1) return rect(box);
+  if (!pattern && points.size() <= MAX_CONVEX && isConvex(points)) return fillConvex(points, box.y0, box.y1);
+  fillAny(points);
 }
 
 // A disc, the joint and the end of wide lines of text.
@@ -202,7 +221,7 @@ void RasterPaint::wide(Pixel a, Pixel b, int w) {
     return Pixel{at(static_cast<float>(p.x) + side * nx), at(static_cast<float>(p.y) + side * ny)};
   };
   const Pixel quad[] = {move(a, 1.0f), move(b, 1.0f), move(b, -1.0f), move(a, -1.0f)};
-  if (!fillConvex(quad)) fillAny(quad);
+  fill(quad);
 }
 
 void RasterPaint::segment(Pixel a, Pixel b, int w) {

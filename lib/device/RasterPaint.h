@@ -36,14 +36,20 @@ class RasterPaint {
   void rect(const Box& box);
 
  private:
+  static constexpr int FEW_ROWS = 32;
+  struct Run {
+    int from, to;
+  };
+
   void span(int y, int x0, int x1);
   void thin(Pixel a, Pixel b);
   void wide(Pixel a, Pixel b, int width);
   void dot(Pixel p, int width);
   void segment(Pixel a, Pixel b, int width);
-  bool fillConvex(std::span<const Pixel> points);
+  static bool isConvex(std::span<const Pixel> points);
+  void fillConvex(std::span<const Pixel> points, int top, int bottom);
   void fillAny(std::span<const Pixel> points);
-  void mark(Pixel a, Pixel b, int top, int bottom);
+  static void mark(Pixel a, Pixel b, int top, int num, Run* runs);
 
   unsigned char* data = nullptr;
   int width = 0;
@@ -52,7 +58,7 @@ class RasterPaint {
   Box clip{};
   std::uint32_t ink = 0;
   const std::array<std::uint8_t, 8>* pattern = nullptr;
-  std::vector<int> left, right;  // of each row, while a convex polygon is filled
+  std::vector<Run> many;  // rows of a large convex polygon
   std::vector<int> crossings;
 };
 
