@@ -10,8 +10,10 @@
 
 #include "KYV/Const.h"
 #include "KYV/Device.h"
+#include "KYV/Hpgl.h"
 #include "KYV/Image.h"
 #include "KYV/Kyv.h"
+#include "KYV/MetaFile.h"
 #include "KYV/Postscript.h"
 #include "KYV/Raster.h"
 #include "KYV/String.h"
@@ -36,6 +38,8 @@ struct Maker {
 };
 constexpr Maker MAKERS[] = {
     {"postscript", Graph::POSTSCRIPT, false, make<Postscript>},
+    {"hpgl", Graph::HPGL, false, make<Hpgl>},
+    {"meta", Graph::METAFILE, true, make<MetaFile>},
     {"raster", Graph::RASTER, false, make<Raster>},
 };
 

@@ -232,7 +232,7 @@ TEST(GraphDevice, DeviceThatCannotOpenLeavesNone) {
 TEST(GraphDevice, UnknownDeviceIsNamed) {
   FreshKyv fresh;
   Kyv::setProgramName("radmap");
-  for (const char* name : {"display", "hpgl"}) {
+  for (const char* name : {"display", "paper"}) {
     Graph graph(name, "");
     testing::internal::CaptureStderr();
     EXPECT_EQ(0, graph.open());

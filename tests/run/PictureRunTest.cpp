@@ -129,6 +129,12 @@ TEST_F(PictureRun, AFileDeviceAndAPictureTogether) {
   const long cells = count("map.ps", "%%FA:");
   EXPECT_GT(cells, 6800);
   EXPECT_EQ(YELLOW, colorAt(read("map.png"), 0.0, 110.0));
+  // All devices are given the same polygons.
+  run("-de meta,map.kyv -ou map.gif");
+  EXPECT_EQ(cells, count("map.kyv", "\nF "));
+  EXPECT_EQ(YELLOW, colorAt(read("map.gif"), 0.0, 110.0));
+  run("-de hpgl,map.hp,a4");
+  EXPECT_EQ(cells, count("map.hp", "FP;\n"));
 }
 
 TEST_F(PictureRun, FramesBecomeAnAnimationOrNumberedFiles) {
