@@ -35,7 +35,8 @@ class Graph : public Listener {
   Graph& operator=(const Graph&) = delete;
 
   // Device.
-  /// Makes the device of a type name and hands it its parameters; a device that this program does not have leaves none.
+  /// Makes the device of a type name ("postscript", "hpgl", "meta", "raster", any other the window) and hands it its
+  /// parameters. 1.
   int setDevice(const char* type, const char* params);
   /// Takes a device that was made elsewhere.
   int setDevice(std::unique_ptr<Device> device);
@@ -216,8 +217,7 @@ class Graph : public Listener {
 
   std::unique_ptr<Device> device;
   int devtype = NONE;
-  char missing[20] = "display";  // the device that was asked for and cannot be had
-  bool device_fonts = false;     // the device draws text
+  bool device_fonts = false;  // the device draws text
   bool opened = false;
   bool managed = false;
   bool fixed = true;  // the user may not resize the window

@@ -67,7 +67,7 @@ class Plot : public Listener {
   // Frames of an animation.
   /// Starts a frame without labels, on one panel that shows the map of panel 0.
   int newFrame();
-  /// Clears the frame in hand and its labels.
+  /// Clears the frame in hand, which is then as a new one.
   int clearFrame();
   int deleteFrame(int frame);
   int deleteAllFrames();
@@ -303,6 +303,7 @@ class Plot : public Listener {
   Rect pageRect(const Rect& fractions) const;
   int setViewport();
   int resetPage();
+  int firstPanel();
   void dropLabels();
   bool isOff(int index) const { return index < 0 && !Const::isMissing(index); }
   int useColor(int& kept, int index, int (Graph::*set)(int));

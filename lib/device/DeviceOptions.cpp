@@ -26,7 +26,8 @@ bool DeviceOptions::getNumber(const Strings& items, int i, int from, float low, 
   return true;
 }
 
-bool DeviceOptions::getSize(const Strings& items, int i, int from, char sep, float low, float high, float& w, float& h) {
+bool DeviceOptions::getSize(const Strings& items, int i, int from, char sep, float low, float high, float& w,
+                            float& h) {
   const Strings sides(items.getString(i, from), sep);
   float first = 0.0f, second = 0.0f;
   if (sides.getNum() != 2 || !getNumber(sides, 0, 0, low, high, first) || !getNumber(sides, 1, 0, low, high, second)) {

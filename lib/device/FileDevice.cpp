@@ -138,8 +138,12 @@ bool FileDevice::getSamples(const Image& image, float x, float y, Samples& s) co
   const float w = clip.width(), h = clip.height();
   if (!(w >= 1.0f && h >= 1.0f && w < MAX_SAMPLES && h < MAX_SAMPLES)) return false;
   if (std::max(std::fabs(clip.xmin), std::fabs(clip.ymin)) > 1e6f) return false;
-  s = {static_cast<int>(clip.xmin), static_cast<int>(clip.ymin), static_cast<int>(w), static_cast<int>(h),
-       wholeOffset(x),              wholeOffset(y)};
+  s = {static_cast<int>(clip.xmin),
+       static_cast<int>(clip.ymin),
+       static_cast<int>(w),
+       static_cast<int>(h),
+       wholeOffset(x),
+       wholeOffset(y)};
   return true;
 }
 

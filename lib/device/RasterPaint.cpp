@@ -13,6 +13,9 @@ namespace {
 constexpr int MAX_DASHES = 200000;     // pieces of a dashed line
 constexpr std::size_t MAX_CONVEX = 8;  // corners of a polygon that the quick way is tried for
 
+// What a line starts with: half way between two pixels it goes on to the next one, as X servers do.
+int startError(int length) { return (length - 1) / 2; }
+
 }  // namespace
 
 void RasterPaint::setTarget(unsigned char* pixels, int w, int h, int bytes) {
@@ -61,7 +64,7 @@ void RasterPaint::thin(Pixel a, Pixel b) {
   const int sx = a.x < b.x ? 1 : -1, sy = a.y < b.y ? 1 : -1;
   if (dx >= dy) {
     // Whole runs of a row.
-    int error = dx / 2, from = a.x;
+    int error = startError(dx), from = a.x;
     for (int i = 0; i <= dx; ++i) {
       const int x = a.x + sx * i;
       error -= dy;
@@ -74,7 +77,7 @@ void RasterPaint::thin(Pixel a, Pixel b) {
     }
     return;
   }
-  int error = dy / 2;
+  int error = startError(dy);
   for (int i = 0; i <= dy; ++i) {
     span(a.y, a.x, a.x);
     a.y += sy;
@@ -97,7 +100,7 @@ void RasterPaint::mark(Pixel a, Pixel b, int top, int num, Run* runs) {
     runs[row].to = std::max(runs[row].to, x);
   };
   if (dx >= dy) {
-    int error = dx / 2;
+    int error = startError(dx);
     for (int i = 0;; ++i) {
       widen(a.y, a.x);
       if (i == dx) return;
@@ -109,7 +112,7 @@ void RasterPaint::mark(Pixel a, Pixel b, int top, int num, Run* runs) {
       }
     }
   }
-  int error = dy / 2;
+  int error = startError(dy);
   for (int i = 0;; ++i) {
     widen(a.y, a.x);
     if (i == dy) return;

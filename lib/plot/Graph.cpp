@@ -18,6 +18,7 @@
 #include "KYV/Raster.h"
 #include "KYV/String.h"
 #include "KYV/Strings.h"
+#include "KYV/XWindow.h"
 #include "PlotEvent.h"
 
 namespace KYV {
@@ -36,11 +37,13 @@ struct Maker {
   bool fonts;
   std::unique_ptr<Device> (*make)();
 };
+// The last one is the device of any other name.
 constexpr Maker MAKERS[] = {
     {"postscript", Graph::POSTSCRIPT, false, make<Postscript>},
     {"hpgl", Graph::HPGL, false, make<Hpgl>},
     {"meta", Graph::METAFILE, true, make<MetaFile>},
     {"raster", Graph::RASTER, false, make<Raster>},
+    {"display", Graph::XWINDOW, true, make<XWindow>},
 };
 
 constexpr int MAX_MESSAGE = 100;  // characters
@@ -72,9 +75,8 @@ Graph::~Graph() { close(); }
 
 int Graph::setDevice(const char* type, const char* params) {
   close();
-  const Maker* row = std::find_if(std::begin(MAKERS), std::end(MAKERS),
+  const Maker* row = std::find_if(std::begin(MAKERS), std::end(MAKERS) - 1,
                                   [type](const Maker& m) { return StrLib::iequal(m.name, type); });
-  if (row == std::end(MAKERS)) return StrLib::copy(missing, StrLib::valid(type, "display")), 1;
   setDevice(row->make());
   devtype = row->type;
   device_fonts = row->fonts;
@@ -89,7 +91,6 @@ int Graph::setDevice(std::unique_ptr<Device> newDevice) {
   device = std::move(newDevice);
   device_fonts = true;
   device_text = false;
-  missing[0] = '\0';
   return device ? 1 : 0;
 }
 
@@ -98,14 +99,7 @@ int Graph::getDevice(String& name) { return device ? device->getDevice(name) : 0
 int Graph::open() {
   state = State();
   managed = false;
-  if (!device) {
-    if (*missing) {
-      std::fprintf(stderr,
-                   "%s: the device %s is not available in this version, use -ou map.png or -de postscript,map.ps\n",
-                   Kyv::getProgramName(), missing);
-    }
-    return 0;
-  }
+  if (!device) setDevice("display", nullptr);
   device->setFixed(fixed);
   if (!device->open()) {
     // The device has told why; nothing can be drawn on it.

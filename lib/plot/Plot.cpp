@@ -159,14 +159,19 @@ int Plot::open(const char* params) {
   }
   chooseDevice(tokens, text);
   prepareDevice(tokens, text);
-  const bool onScreen = !graph.isFileDevice() && graph.getDeviceType() != Graph::RASTER;
+  const bool onScreen = graph.getDeviceType() == Graph::XWINDOW;
   bool opened = graph.open() != 0;
   if (!opened && onScreen && image_output) {
     graph.setDevice("raster", nullptr);
     prepareDevice(tokens, text);
     opened = graph.open() != 0;
   }
-  if (!opened) return 0;
+  if (!opened) {
+    if (onScreen) {
+      Kyv::outWarning("Plot: no window can be opened; -ou map.png draws a picture, -de postscript,map.ps a page\n");
+    }
+    return 0;
+  }
   openColors(tokens);
   graph.addCallback("AnyEvent", this, "Plot");
   initPanel();

@@ -202,10 +202,9 @@ int Plot::newPanel(const char* text) {
   return 1;
 }
 
-int Plot::newFrame() {
-  graph.newFrame();
+// A fresh surface has no labels, and one panel: that of the page's first map.
+int Plot::firstPanel() {
   dropLabels();
-  frame_texts.emplace_back();
   if (num_panel > 1) {
     panel = 0;
     num_panel = 1;
@@ -215,6 +214,12 @@ int Plot::newFrame() {
   return setViewport();
 }
 
+int Plot::newFrame() {
+  graph.newFrame();
+  frame_texts.emplace_back();
+  return firstPanel();
+}
+
 int Plot::deleteFrame(int frame) {
   if (frame >= 0 && frame < static_cast<int>(frame_texts.size())) frame_texts.erase(frame_texts.begin() + frame);
   return graph.deleteFrame(frame);
@@ -222,8 +227,7 @@ int Plot::deleteFrame(int frame) {
 
 int Plot::clearFrame() {
   graph.clear();
-  dropLabels();
-  return 1;
+  return firstPanel();
 }
 
 int Plot::deleteAllFrames() {

@@ -327,5 +327,29 @@ TEST_F(FigureTest, RefreshDrawsNewDataOnly) {
   }
 }
 
+// A single map is drawn in its place again, and its panels are those of the first time.
+TEST_F(FigureTest, ARefreshDrawsAllPanelsAgain) {
+  Layer first(log), second(log);
+  open("ref=2", {&first});
+  figure->addPanel("2x1+0+0");
+  figure->addDrawing(second);
+  calls.clear();
+  figure->endPlot();
+  const auto lines = [this] {
+    Log list;
+    std::copy_if(calls.begin(), calls.end(), std::back_inserter(list),
+                 [](const std::string& s) { return s.starts_with("line"); });
+    calls.clear();
+    return list;
+  };
+  const Log once = lines();
+  Date later = at(18);
+  figure->updateLoop(later);
+  EXPECT_EQ((Log{"1200", "1200", "1800", "1800"}), drawn());
+  EXPECT_EQ(2, figure->getPlot().getNumPanels());
+  EXPECT_FALSE(once.empty());
+  EXPECT_EQ(once, lines());
+}
+
 }  // namespace
 }  // namespace KYV

@@ -13,6 +13,7 @@
 #include "KYV/ImageFile.h"
 #include "NidsBuilder.h"
 #include "Program.h"
+#include "XServer.h"
 
 namespace {
 
@@ -148,6 +149,30 @@ TEST_F(PictureRun, FramesBecomeAnAnimationOrNumberedFiles) {
   EXPECT_EQ(YELLOW, colorAt(read("loop-00.png"), 0.0, 110.0));
   EXPECT_EQ(YELLOW, colorAt(read("loop-01.png"), 0.0, 110.0));
   EXPECT_FALSE(std::filesystem::exists(program.path("loop-02.png")));
+}
+
+TEST_F(PictureRun, ADisplayThatDoesNotAnswerIsToldOf) {
+  const std::string message = "XWindow: unable to connect to display\n";
+  EXPECT_NE(std::string::npos, run("-de display,:987 -ou a.png").find(message));
+  EXPECT_EQ(640, read("a.png").getWidth());
+  EXPECT_EQ(std::string::npos, run("-ou b.png").find(message));
+  EXPECT_TRUE(program.read("a.png") == program.read("b.png"));
+  const std::string said = run("");
+  EXPECT_NE(std::string::npos, said.find(message));
+  EXPECT_NE(std::string::npos, said.find("-ou map.png"));
+}
+
+TEST_F(PictureRun, TheWindowShowsThePictureThatIsPaintedInMemory) {
+  const XServer server;
+  if (server.getDisplay().empty()) GTEST_SKIP() << "no Xvfb";
+  for (const char* options : {"-dr plot", "-dr plot -ge 900x600 -pd KOKC,0.05", "-iv yes"}) {
+    SCOPED_TRACE(options);
+    run(std::string("-ou window.png -de display,") + server.getDisplay() + " " + options);
+    run(std::string("-ou memory.png ") + options);
+    const KYV::Image window = read("window.png");
+    // Lines of width 1 end a pixel sooner or later.
+    EXPECT_LT(countDifferent(window, read("memory.png")), window.getWidth() * window.getHeight() / 1000);
+  }
 }
 
 TEST_F(PictureRun, LogosLieWhereTheyAreAskedFor) {

@@ -1,0 +1,253 @@
+#include "KYV/XWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "KYV/Image.h"
+#include "KYV/Points.h"
+#include "KYV/Raster.h"
+#include "KYV/String.h"
+#include "XServer.h"
+
+using KYV::Device;
+using KYV::Image;
+using KYV::Points;
+using KYV::Raster;
+using KYV::XWindow;
+
+namespace {
+
+constexpr float WIDTH = 300.0f;
+constexpr float HEIGHT = 200.0f;
+
+// Notes the events that it is told of, and acts on each.
+struct Recorder : KYV::Listener {
+  void callback(const char* name, const char* value, const void* data) override {
+    const std::string first = name ? name : "", text = data ? static_cast<const char*>(data) : "";
+    if (first == "Idle") {
+      if (idle) idle();
+      return;
+    }
+    events.push_back(
+        (first == "Redraw" || first == "QueryLoc" ? first + " " + value : std::string(value) + " " + text));
+  }
+  std::vector<std::string> events;
+  std::function<void()> idle;
+};
+
+class XWindowTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (server.getDisplay().empty()) GTEST_SKIP() << "no Xvfb";
+    window.setParam((server.getDisplay() + ",show_num").c_str());
+    window.setFixed(false);
+    ASSERT_EQ(1, window.setSize(WIDTH, HEIGHT));
+    ASSERT_EQ(1, window.open());
+    raster.setSize(WIDTH, HEIGHT);
+    ASSERT_EQ(1, raster.open());
+  }
+  // Draws the same on both surfaces; the pixels in which they differ.
+  int differ(const std::function<void(Device&)>& draw) {
+    Device* const devices[] = {&window, &raster};
+    for (Device* device : devices) {
+      device->clear();
+      device->setClip(0, 0, WIDTH - 1, HEIGHT - 1);
+      for (const int cls : {1, 2, 3, 4}) device->setColor(cls, device->allocColor(1.0f, 0.5f, 0.0f));
+      draw(*device);
+      device->update();
+    }
+    Image a, b;
+    EXPECT_EQ(1, window.getImage(a));
+    EXPECT_EQ(1, raster.getImage(b));
+    int different = 0;
+    for (int y = 0; y < a.getHeight(); ++y) {
+      for (int x = 0; x < a.getWidth(); ++x) different += a.getPixel(x, y) != b.getPixel(x, y);
+    }
+    return different;
+  }
+  // Runs the event loop, in which the steps are taken one after the other, each when nothing else happens.
+  void run(const std::vector<std::function<void()>>& steps) {
+    std::size_t next = 0;
+    int rest = 0;
+    recorder.idle = [&] {
+      if (rest-- > 0) return;
+      rest = 3;  // the display takes its time
+      if (next == steps.size()) {
+        window.unmanage();
+      } else {
+        steps[next++]();
+      }
+    };
+    window.addCallback("AnyEvent", &recorder, nullptr);
+    EXPECT_EQ(1, window.manage());
+  }
+  bool heard(const std::string& event) const {
+    return std::any_of(recorder.events.begin(), recorder.events.end(),
+                       [&](const std::string& e) { return e.starts_with(event); });
+  }
+
+  XServer server;
+  XWindow window;
+  Raster raster;
+  Recorder recorder;
+};
+
+TEST_F(XWindowTest, PicturesInMemoryAreThoseOfTheWindow) {
+  std::mt19937 random(5);
+  std::uniform_real_distribution<float> small(0.0f, 9.0f), wide(-40.0f, WIDTH + 40.0f);
+  const auto cells = [&](Device& d) {
+    std::mt19937 same(6);
+    for (int y = 4; y < 190; y += 11) {
+      for (int x = 4; x < 290; x += 11) {
+        Points cell;
+        for (int i = 0; i < 4; ++i) {
+          cell.add(static_cast<float>(x) + small(same), static_cast<float>(y) + small(same));
+        }
+        d.drawFill(Device::FILL, cell);
+      }
+    }
+  };
+  EXPECT_LE(differ(cells), 5);  // one that is a single point is not shown by the server
+  for (const int style : {1, 5, 12, 19, 10}) {
+    SCOPED_TRACE(style);
+    EXPECT_EQ(0, differ([&](Device& d) {
+                d.setFillStyle(Device::FILL, style);
+                Points area;
+                for (const auto& [x, y] : {std::pair{20.0f, 20.0f}, {200.0f, 40.0f}, {90.0f, 180.0f}}) area.add(x, y);
+                d.drawFill(Device::FILL, area);
+                d.setFillStyle(Device::FILL, 0);
+              }));
+  }
+  EXPECT_EQ(0, differ([&](Device& d) {
+              std::mt19937 same(7);
+              d.setLineWidth(Device::LINE, 0.0f);
+              d.setClip(30, 20, 250, 170);
+              for (int i = 0; i < 60; ++i) d.drawLine(Device::LINE, wide(same), wide(same), wide(same), wide(same));
+            }));
+  Image image;
+  image.set(20, 10, 24);
+  image.allocData();
+  for (int i = 0; i < 10; ++i) image.setPixel(2 * i, i, 0x00FF00);
+  image.setTransColor(0);
+  EXPECT_EQ(0, differ([&](Device& d) {
+              for (const auto& [h, v] : {std::pair{1, 3}, {2, 2}, {3, 1}}) {
+                d.setImageAlign(h, v);
+                d.drawImage(image, 50.0f * static_cast<float>(h), 100.4f);
+              }
+            }));
+}
+
+TEST_F(XWindowTest, EventsReachThoseWhoListen) {
+  if (!server.act("getmouselocation")) GTEST_SKIP() << "no xdotool";
+  window.drawLine(Device::LINE, 0, 0, 100, 100);
+  run({[&] { server.act("mousemove 150 140 key alt+s"); }, [&] { server.act("key alt+shift+s"); },
+       [&] { server.act("click 1"); }, [&] { server.act("search --name KYV windowsize 400 250"); },
+       [&] { window.doCallback("QueryLoc", "35,-97"); }, [&] { server.act("key Return"); }});
+  EXPECT_TRUE(heard("KeyPress s-Alt:4")) << recorder.events.size();
+  EXPECT_TRUE(heard("KeyPress S-Alt-Shft:"));
+  EXPECT_TRUE(heard("ButtonPress B1-P:"));
+  EXPECT_TRUE(heard("Redraw 400:250"));
+  EXPECT_TRUE(heard("QueryLoc 35,-97"));
+  EXPECT_TRUE(heard("KeyPress Ret:"));
+  EXPECT_EQ(400.0f, window.getWidth());
+}
+
+TEST_F(XWindowTest, FramesStepLoopAndGo) {
+  EXPECT_EQ(-1, window.incFrame(0));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(i, window.newFrame());
+  window.displayFrame(0);
+  const auto press = [&](const char* event, const char* text) { window.callback("KYV", event, text); };
+  press("KeyPress", "[-Alt:1:1");
+  EXPECT_EQ(2, window.getFrame());
+  press("ButtonPress", "B3-P:1:1");
+  EXPECT_EQ(0, window.getFrame());
+  press("KeyPress", "d-Alt:1:1");
+  EXPECT_EQ(2, window.getNumFrames());
+  press("KeyPress", "l-Alt:1:1");
+  EXPECT_TRUE(window.isLooping());
+  constexpr float DELAYS[] = {0.4f, 0.3f, 0.2f, 0.1f, 0.05f, 0.05f};
+  for (const float delay : DELAYS) {
+    press("KeyPress", "]-Alt:1:1");
+    EXPECT_NEAR(delay, window.getDelay(), 0.001f);
+  }
+  press("ButtonPress", "B1-P:1:1");
+  EXPECT_NEAR(0.1f, window.getDelay(), 0.001f);
+  for (int i = 0; i < 30; ++i) window.loopRate(-1);
+  EXPECT_NEAR(10.0f, window.getDelay(), 0.001f);
+  window.deleteFrame();
+  EXPECT_EQ(0, window.getNumFrames());
+
+  // A picture for each frame.
+  for (int i = 0; i < 2; ++i) {
+    window.newFrame(-1);
+    window.setColor(Device::LINE, window.allocColor(1, 1, 1));
+    window.drawLine(Device::LINE, 10, 10 + 10.0f * static_cast<float>(i), 50, 10 + 10.0f * static_cast<float>(i));
+  }
+  window.displayFrame(0);
+  Image image;
+  window.getImage(image);
+  EXPECT_EQ(0xFFFFFFu, image.getPixel(30, 10));
+  EXPECT_EQ(0u, image.getPixel(30, 20));
+}
+
+TEST_F(XWindowTest, AnIdleWindowUsesNoTime) {
+  const std::clock_t before = std::clock();
+  run({[] {}, [] {}});  // about a second
+  EXPECT_LT(static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC, 0.1);
+}
+
+TEST_F(XWindowTest, ADisplayThatGoesEndsTheLoop) {
+  testing::internal::CaptureStderr();
+  run({[&] { server.stop(); }, [] {}, [] {}});
+  EXPECT_EQ("X11 Disconnected\n", testing::internal::GetCapturedStderr());
+  Image image;
+  EXPECT_EQ(0, window.drawLine(Device::LINE, 0, 0, 1, 1));
+  EXPECT_EQ(0, window.getImage(image));
+  EXPECT_EQ(0, window.newFrame(-1));
+  window.close();
+}
+
+TEST_F(XWindowTest, AWindowOfAnotherProgramCanBeDrawnInto) {
+  KYV::String name;
+  window.getDevice(name);
+  XWindow inside;
+  inside.setParam(std::string(name.view().substr(2)).c_str());
+  ASSERT_EQ(1, inside.open());
+  EXPECT_EQ(WIDTH, inside.getWidth());
+  EXPECT_EQ(1, inside.drawLine(Device::LINE, 0, 0, 10, 10));
+  EXPECT_EQ(1, inside.manage());  // has no loop
+  XWindow wrong;
+  wrong.setParam((server.getDisplay() + ",0x123456:100x100:24").c_str());
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(0, wrong.open());
+  EXPECT_EQ("Window open: unable to open window\n", testing::internal::GetCapturedStderr());
+}
+
+TEST_F(XWindowTest, FontsAreThoseThatTheServerHas) {
+  EXPECT_EQ(0, window.setFont("-none-such-medium-r-normal--13-*-*-*-*-*-*-*"));
+  EXPECT_EQ(0, window.setFont(nullptr));
+  EXPECT_EQ(0, window.setFont(std::string(1000, '-').c_str()));
+  window.setColor(Device::TEXT, window.allocColor(1, 1, 1));
+  window.setTextAlign(2, 2);
+  EXPECT_EQ(1, window.drawText(KYV::Point(150, 100), "text"));
+  Image image;
+  window.getImage(image);
+  EXPECT_EQ(2, image.getNumColor());
+}
+
+TEST(XWindow, ADisplayThatIsNotThereIsToldOf) {
+  XWindow window;
+  window.setParam(":999");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(0, window.open());
+  EXPECT_EQ("XWindow: unable to connect to display\n", testing::internal::GetCapturedStderr());
+  EXPECT_EQ(0, window.drawLine(Device::LINE, 0, 0, 1, 1));
+  EXPECT_EQ(0, window.setSize(0.0f, 5.0f));
+}
+
+}  // namespace
