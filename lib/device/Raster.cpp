@@ -54,10 +54,11 @@ bool readColor(const char* text, std::uint32_t& color) {
 
 // A coordinate as a pixel, within what a window can take.
 constexpr float FARTHEST = 32767.0f;
-int toPixel(float v) {
+int nearPixel(float v) {
   constexpr int SHIFT = 32768;  // makes the number positive, whose cut is its floor
-  return static_cast<int>(static_cast<double>(std::clamp(v, -FARTHEST, FARTHEST)) + (SHIFT + 0.5)) - SHIFT;
+  return static_cast<int>(static_cast<double>(v) + (SHIFT + 0.5)) - SHIFT;
 }
+int toPixel(float v) { return nearPixel(std::clamp(v, -FARTHEST, FARTHEST)); }
 
 }  // namespace
 
@@ -244,8 +245,11 @@ bool Raster::take(const Points& points) {
   state->work.resize(static_cast<std::size_t>(points.getNum()));
   RasterPaint::Pixel* to = state->work.data();
   for (const Point& p : points) {
-    if (!std::isfinite(p.x) || !std::isfinite(p.y)) return false;
-    *to++ = {toPixel(p.x), toPixel(p.y)};
+    // Numbers that are none are not within, either.
+    const bool within = std::fabs(p.x) <= FARTHEST && std::fabs(p.y) <= FARTHEST;
+    if (!within && !(std::isfinite(p.x) && std::isfinite(p.y))) return false;
+    *to++ =
+        within ? RasterPaint::Pixel{nearPixel(p.x), nearPixel(p.y)} : RasterPaint::Pixel{toPixel(p.x), toPixel(p.y)};
   }
   return true;
 }

@@ -35,6 +35,11 @@ void RasterPaint::span(int y, int x0, int x1) {
       data + (static_cast<std::size_t>(y) * static_cast<std::size_t>(width)) * static_cast<std::size_t>(depth);
   const std::uint8_t bits = pattern ? (*pattern)[static_cast<std::size_t>(y & 7)] : 0xFF;
   if (depth == 1 && bits == 0xFF) {
+    // Most cells are a few pixels wide, which a call would cost more than.
+    if (x1 - x0 < 8) {
+      for (int x = x0; x <= x1; ++x) row[x] = static_cast<unsigned char>(ink);
+      return;
+    }
     std::memset(row + x0, static_cast<int>(ink & 0xFF), static_cast<std::size_t>(x1 - x0 + 1));
     return;
   }
@@ -199,7 +204,8 @@ void RasterPaint::fill(std::span<const Pixel> points) {
   }
   if (box.x1 < clip.x0 || box.x0 > clip.x1 || box.y1 < clip.y0 || box.y0 > clip.y1) return;
   // The outline of what is one pixel wide or high is all of it.
-  if (box.x0 == box.x1 || box.y0 == box.y1) return rect(box);
+  if (box.y0 == box.y1) return span(box.y0, box.x0, box.x1);
+  if (box.x0 == box.x1) return rect(box);
   if (!pattern && points.size() <= MAX_CONVEX && isConvex(points)) return fillConvex(points, box.y0, box.y1);
   fillAny(points);
 }
