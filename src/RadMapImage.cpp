@@ -120,9 +120,11 @@ struct RadMap::Painter {
   ColorFill fill;
   PlotAttr dataAttr;
   PlotAttr lineAttr;
-  std::vector<char> visible;  // of each fill entry, whether it has a colour
-  int entryInUse = -1;        // fill entry that the plot's fill attributes show
-  Points cell;                // reused
+  std::vector<char> visible;       // of each fill entry, whether it has a colour
+  int entryInUse = -1;             // fill entry that the plot's fill attributes show
+  float valueFound = Const::MISS;  // the value looked up last
+  int entryFound = -1;             // and what it gave
+  Points cell;                     // reused
 };
 
 RadMap::Painter::Painter(RadMap& layer, Plot& surface) : map(layer), plot(surface), dom(layer.nids->getDomainVal()) {
@@ -198,10 +200,14 @@ bool RadMap::Painter::isSuppressed(float value, float distance) const {
   return !Const::isMissing(map.clutter) && distance < static_cast<float>(map.clutter);
 }
 
-// The fill entry of a value, -1 when nothing is drawn for it.
+// The fill entry of a value, -1 when nothing is drawn for it. Neighbours are often alike, above all those without data.
 int RadMap::Painter::visibleEntry(float value) {
-  const int entry = fill.getInd(value);
-  return entry >= 0 && visible[static_cast<std::size_t>(entry)] ? entry : -1;
+  if (value != valueFound) {
+    const int entry = fill.getInd(value);
+    valueFound = value;
+    entryFound = entry >= 0 && visible[static_cast<std::size_t>(entry)] ? entry : -1;
+  }
+  return entryFound;
 }
 
 void RadMap::Painter::paintCell(int entry, const Point& a, const Point& b, const Point& c, const Point& d) {

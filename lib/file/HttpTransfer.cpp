@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "CurlLibrary.h"
 #include "KYV/Kyv.h"
 
 namespace KYV {
@@ -40,37 +41,40 @@ std::int64_t toNumber(std::string_view text) {
 }  // namespace
 
 HttpTransfer::~HttpTransfer() {
-  if (multi && easy) curl_multi_remove_handle(multi, easy);
-  if (easy) curl_easy_cleanup(easy);
-  if (multi) curl_multi_cleanup(multi);
+  if (multi && easy) curl->multiRemove(multi, easy);
+  if (easy) curl->easyCleanup(easy);
+  if (multi) curl->multiCleanup(multi);
 }
 
 bool HttpTransfer::start(const char* url, Sink sink) {
   take = std::move(sink);
-  easy = curl_easy_init();
-  multi = curl_multi_init();
+  curl = CurlLibrary::get();
+  if (!curl) return false;
+  easy = curl->easyInit();
+  multi = curl->multiInit();
   if (!easy || !multi) return false;
-  curl_easy_setopt(easy, CURLOPT_URL, url);
-  curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-  curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpTransfer::onBody);
-  curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
-  curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpTransfer::onHeader);
-  curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-  curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http");
-  curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
-  curl_easy_setopt(easy, CURLOPT_PROXY, "");  // also hides the proxies of the environment
-  curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, CONNECT_SECONDS);
-  curl_easy_setopt(easy, CURLOPT_TIMEOUT, TOTAL_SECONDS);
-  curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, STALL_BYTES);
-  curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, STALL_SECONDS);
-  running = curl_multi_add_handle(multi, easy) == CURLM_OK;
+  const auto set = curl->easySetOption;
+  set(easy, CURLOPT_URL, url);
+  set(easy, CURLOPT_WRITEDATA, this);
+  set(easy, CURLOPT_WRITEFUNCTION, &HttpTransfer::onBody);
+  set(easy, CURLOPT_HEADERDATA, this);
+  set(easy, CURLOPT_HEADERFUNCTION, &HttpTransfer::onHeader);
+  set(easy, CURLOPT_NOSIGNAL, 1L);
+  set(easy, CURLOPT_PROTOCOLS_STR, "http");
+  set(easy, CURLOPT_FOLLOWLOCATION, 0L);
+  set(easy, CURLOPT_PROXY, "");  // also hides the proxies of the environment
+  set(easy, CURLOPT_CONNECTTIMEOUT, CONNECT_SECONDS);
+  set(easy, CURLOPT_TIMEOUT, TOTAL_SECONDS);
+  set(easy, CURLOPT_LOW_SPEED_LIMIT, STALL_BYTES);
+  set(easy, CURLOPT_LOW_SPEED_TIME, STALL_SECONDS);
+  running = curl->multiAdd(multi, easy) == CURLM_OK;
   return running;
 }
 
 bool HttpTransfer::perform(const char* tag) {
   if (!running) return false;
   int handles = 0;
-  const CURLMcode code = curl_multi_perform(multi, &handles);
+  const CURLMcode code = curl->multiPerform(multi, &handles);
   Kyv::outDebug(5, "%s-mp: %d %d\n", tag, static_cast<int>(code), handles);
   running = code == CURLM_OK && handles > 0;
   return running;
@@ -79,13 +83,13 @@ bool HttpTransfer::perform(const char* tag) {
 void HttpTransfer::wait(const char* tag) {
   if (!running) return;
   long milliseconds = -1;
-  curl_multi_timeout(multi, &milliseconds);
+  curl->multiTimeout(multi, &milliseconds);
   if (milliseconds < 0) milliseconds = WAIT_DEFAULT;
   milliseconds = std::min(milliseconds, WAIT_MOST);
   Kyv::outDebug(5, "%s-to: %ld\n", tag, milliseconds);
   // The library's own form of select: it has no limit on descriptor numbers.
   int ready = 0;
-  const CURLMcode code = curl_multi_poll(multi, nullptr, 0, static_cast<int>(milliseconds), &ready);
+  const CURLMcode code = curl->multiPoll(multi, nullptr, 0, static_cast<int>(milliseconds), &ready);
   Kyv::outDebug(5, "%s-fd: %d\n", tag, ready);
   Kyv::outDebug(5, "%s-sel: %d\n", tag, static_cast<int>(code));
   if (code != CURLM_OK) running = false;

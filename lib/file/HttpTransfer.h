@@ -9,6 +9,8 @@
 
 namespace KYV {
 
+struct CurlLibrary;
+
 /// One GET of an "http://" URL, driven step by step by its owner. Nothing else is spoken: no other protocol, no
 /// redirects, no proxies. It ends by itself when the server stalls.
 class HttpTransfer {
@@ -41,6 +43,7 @@ class HttpTransfer {
   static std::size_t onBody(char* bytes, std::size_t size, std::size_t n, void* self);
   void takeHeader(std::size_t n, const char* line);
 
+  const CurlLibrary* curl = nullptr;
   CURL* easy = nullptr;
   CURLM* multi = nullptr;
   Sink take;

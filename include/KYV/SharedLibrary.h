@@ -1,0 +1,33 @@
+#ifndef KYV_SHAREDLIBRARY_H
+#define KYV_SHAREDLIBRARY_H
+
+namespace KYV {
+
+/// A library of the system that is loaded when it is first needed. Few runs fetch an URL, yet a linked libcurl alone
+/// would load some thirty further libraries into every process, which takes longer than drawing a plot. What was
+/// loaded stays until the process ends.
+class SharedLibrary {
+ public:
+  /// Loads the library.
+  /// @param name  as the loader knows it, such as "libcurl.so.4"
+  explicit SharedLibrary(const char* name);
+
+  bool isOpen() const { return handle != nullptr; }
+
+  /// Finds a function by its name.
+  /// @param function  receives the function; null when there is none
+  /// @return whether it was found
+  template <class F>
+  bool find(const char* name, F*& function) const {
+    function = reinterpret_cast<F*>(findSymbol(name));
+    return function != nullptr;
+  }
+
+ private:
+  void* findSymbol(const char* name) const;
+
+  void* handle = nullptr;
+};
+
+}  // namespace KYV
+#endif
