@@ -6,6 +6,7 @@
 #include "KYV/CityData.h"
 #include "KYV/CityTool.h"
 #include "KYV/Kyv.h"
+#include "KYV/MapPlot.h"
 #include "KYV/ParamTable.h"
 #include "KYV/Plot.h"
 
@@ -199,6 +200,13 @@ int RadMap::getDomain(Domain& domain) {
   return 1;
 }
 
+// One of the map layers; the latitude-longitude lines, which their parameter text gives to all three, belong to the one
+// after the image.
+void RadMap::drawMap(Plot& surface, const char* layer) {
+  MapPlot background(layer);
+  background.draw(surface);
+}
+
 int RadMap::draw(Plot& surface) {
   surface.addCallback("AnyEvent", this, nullptr);
   if (!file.isSet()) setFilename("la");
@@ -213,7 +221,11 @@ int RadMap::draw(Plot& surface) {
   ahead.reset();
   Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
   if (!begun && !nids->readHeader(info)) return 0;
-  return drawImage(surface);
+  if (map) drawMap(surface, "under,nolalo");
+  drawImage(surface);
+  if (map) drawMap(surface, "default");
+  if (map) drawMap(surface, "over,nolalo");
+  return 1;
 }
 
 void RadMap::callback(const char* name, const char* value, const void*) {

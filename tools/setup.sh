@@ -2,7 +2,7 @@
 # Plain POSIX shell, so that a bare system can run it.
 
 # What building and drawing need, and what the tests need besides.
-BUILD_PACKAGES="g++ cmake ninja-build zlib1g-dev libbz2-dev libcurl4-openssl-dev libpng-dev libx11-dev"
+BUILD_PACKAGES="g++ cmake ninja-build zlib1g-dev libbz2-dev libcurl4-openssl-dev libxml2-dev libpng-dev libx11-dev"
 TEST_PACKAGES="libgtest-dev nlohmann-json3-dev python3 clang-format ghostscript hp2xx imagemagick pngcheck giflib-tools xvfb xdotool"
 
 say() { printf '%s\n' "$*"; }

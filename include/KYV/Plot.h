@@ -163,6 +163,9 @@ class Plot : public Listener {
   int drawImage(const char* file, float x, float y);
   /// The same beside a place: "ul" "uc" "ur" "cl" "cc" "cr" "ll" "lc", any other "lr".
   int drawImage(const char* file, float x, float y, const char* position);
+  /// A picture file by "file[:position[:dx:dy]]" or "file::dx:dy": at a position of the map or, when `page` is set, of
+  /// the page, moved by dx and dy of its units; 0 when it cannot be read.
+  int placeImage(const char* entry, bool page);
   /// The surface as a picture, with the transparent colour, title, date and map of the plot.
   int getImage(Image& image);
   int clearRect(const Rect& r) { return graph.clearRect(r); }

@@ -68,6 +68,7 @@ class RadMap : public Drawing, public Listener {
   int settle(int there);
   void setRings(const ParamItem& item, int n, float standard, float unit);
   int drawImage(Plot& surface);
+  void drawMap(Plot& surface, const char* layer);
   void setLabels(Plot& surface);
 
   char id[5] = "";     // station, key i of the name convention

@@ -8,7 +8,7 @@
 #include "DataOpen.h"
 #include "KYV/CityData.h"
 #include "KYV/FileTool.h"
-#include "Number.h"
+#include "KYV/Number.h"
 
 namespace KYV {
 

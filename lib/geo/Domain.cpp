@@ -5,10 +5,10 @@
 #include <iterator>
 
 #include "KYV/EarthPoints.h"
+#include "KYV/Number.h"
 #include "KYV/Points.h"
 #include "KYV/String.h"
 #include "KYV/Strings.h"
-#include "Number.h"
 #include "Projection.h"
 
 namespace KYV {

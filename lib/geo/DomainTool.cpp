@@ -8,10 +8,10 @@
 #include "KYV/CityTool.h"
 #include "KYV/Domain.h"
 #include "KYV/Kyv.h"
+#include "KYV/Number.h"
 #include "KYV/Region.h"
 #include "KYV/String.h"
 #include "KYV/Strings.h"
-#include "Number.h"
 
 namespace KYV {
 

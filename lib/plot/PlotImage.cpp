@@ -91,13 +91,18 @@ void Plot::drawLogos() {
   }
 }
 
-// "[im:|if:]file[:position[:dx:dy]]" or "file::dx:dy".
+// "[im:|if:]file..." of the map or of the page.
 void Plot::drawLogo(const char* entry) {
-  int tran = MAP;
-  if (StrLib::equal(entry, "im:", 3) || StrLib::equal(entry, "if:", 3)) {
-    if (entry[1] == 'f') tran = PAGE;
-    entry += 3;
-  }
+  const bool page = StrLib::equal(entry, "if:", 3);
+  if (page || StrLib::equal(entry, "im:", 3)) entry += 3;
+  const int colon = StrLib::index(entry, ':');
+  const String file(entry, colon < 0 ? StrLib::length(entry) : colon);
+  graph.message("Logo: %s", file.get());
+  Kyv::outMessage(8, "Logo: %s\n", file.get());
+  if (!placeImage(entry, page)) Kyv::outWarning("Logo not found: %s\n", file.get());
+}
+
+int Plot::placeImage(const char* entry, bool page) {
   const int colon = StrLib::index(entry, ':');
   const String file(entry, colon < 0 ? StrLib::length(entry) : colon);
   char position[10] = "";
@@ -105,17 +110,15 @@ void Plot::drawLogo(const char* entry) {
   if (colon >= 0 && std::sscanf(entry + colon, ":%9[^:]:%f:%f", position, &dx, &dy) < 1) {
     std::sscanf(entry + colon, "::%f:%f", &dx, &dy);
   }
-  graph.message("Logo: %s", file.get());
-  Kyv::outMessage(8, "Logo: %s\n", file.get());
-
   const int oldTran = graph.getTran();
-  graph.activateTran(tran);
+  graph.activateTran(page ? PAGE : MAP);
   const Rect w = graph.getWindow();
   const Place& place = findPlace(position);
   const float x = w.xmin + w.width() * 0.5f * static_cast<float>(place.column) + dx;
   const float y = w.ymin + w.height() * 0.5f * static_cast<float>(place.row) + dy;
-  if (!drawImage(file.get(), x, y, place.name)) Kyv::outWarning("Logo not found: %s\n", file.get());
+  const int drawn = drawImage(file.get(), x, y, place.name);
   graph.activateTran(oldTran);
+  return drawn;
 }
 
 // Pictures of the plot.

@@ -232,7 +232,7 @@ TEST_F(RadMapRun, LabelsAndBarStayOnThePageAndApart) {
   for (const char* options : {"", "-la ul:Second_row,lr:Lower,lc:Middle", "-pd ll,35.3,-97.3,17,25,0.1,0.1",
                               "-pd ps,35.3,-97.3,50,10,0.1,0.1"}) {
     SCOPED_TRACE(options);
-    const PsPage page = draw(options, product);
+    const PsPage page = draw(std::string("-dr=-map ") + options, product);
     const Page map(page, 1.0, 1.0);
     double barTop = 0.0, textBottom = HEIGHT;
     for (const PsPage::Path& p : page.getPaths()) {

@@ -1,5 +1,5 @@
-#ifndef KYV_LIB_GEO_NUMBER_H
-#define KYV_LIB_GEO_NUMBER_H
+#ifndef KYV_NUMBER_H
+#define KYV_NUMBER_H
 
 #include <algorithm>
 #include <charconv>

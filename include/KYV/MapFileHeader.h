@@ -1,0 +1,21 @@
+#ifndef KYV_MAPFILEHEADER_H
+#define KYV_MAPFILEHEADER_H
+
+#include "KYV/EarthRange.h"
+
+namespace KYV {
+
+/// The header of one segment of a map file.
+struct MapFileHeader {
+  int num = 0;             // points
+  EarthRange range;        // that they lie in, degrees
+  int attr = Const::MISS;  // feature code; 1 is a labelled place
+  char name[50] = "";
+
+  int init() { return *this = MapFileHeader(), 1; }
+  /// "%d - %.2f %.2f - %.2f %.2f - %d %s\n" on standard output: points, latitudes, longitudes, code, name.
+  int print() const;
+};
+
+}  // namespace KYV
+#endif
