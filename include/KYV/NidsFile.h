@@ -19,6 +19,7 @@ struct NidsInfo;
 struct NidsPacket;
 struct NidsRadial;
 struct NidsRun;
+struct NidsShape;
 struct NidsText;
 struct NidsVector;
 struct NidsWind;
@@ -122,6 +123,15 @@ class NidsFile {
   int graphic();
   int gotoGraphic();
   int graphicLayer();
+  /// The graphic block from wherever the reader stands before it, also of a product without symbology block; reads its
+  /// head as graphic() does.
+  int findGraphic();
+  /// As readPacket(), but inside a page a packet that is not known is passed over by its length.
+  int nextPacket();
+  /// All symbols, tracks, contours and texts of the symbology block's layers, of a product that was just opened,
+  /// instead of readHeader(). What was decoded before damage is kept.
+  /// @return their number; 0 without any, -1 when the file ends before the block
+  int readShapes(std::vector<NidsShape>& shapes);
   bool isPacketRadial() const { return pk_code == RADIAL || pk_code == 16; }
   bool isPacketRastor() const { return pk_code == RASTOR; }
   bool isPacketVector() const { return pk_code == 7 || pk_code == 10; }

@@ -102,9 +102,16 @@ int MapPlot::drawGrid(Plot& plot, const char* entry) {
   const Rect window = plot.getGraph().getWindow();
   if (!(width * MAX_GRID_LINES > window.width() && width * MAX_GRID_LINES > window.height())) return 0;
   useText(plot, PlotAttr(*attr ? attr : STANDARD_COLOR));
-  const auto first = [width](float low) { return std::ceil(low / width) * width; };
-  for (float x = first(window.xmin); x <= window.xmax; x += width) plot.drawLine(x, window.ymin, x, window.ymax);
-  for (float y = first(window.ymin); y <= window.ymax; y += width) plot.drawLine(window.xmin, y, window.xmax, y);
+  const auto first = [width](float low) { return std::ceil(low / width); };
+  const auto count = [&](float low, float high) { return static_cast<int>(std::floor(high / width) - first(low)); };
+  for (int i = 0; i <= count(window.xmin, window.xmax); ++i) {
+    const float x = (first(window.xmin) + static_cast<float>(i)) * width;
+    plot.drawLine(x, window.ymin, x, window.ymax);
+  }
+  for (int i = 0; i <= count(window.ymin, window.ymax); ++i) {
+    const float y = (first(window.ymin) + static_cast<float>(i)) * width;
+    plot.drawLine(window.xmin, y, window.xmax, y);
+  }
   return 1;
 }
 

@@ -363,6 +363,11 @@ int NidsFile::readHeader(NidsInfo& info) {
 // Leads to the first packet of the first symbology layer.
 void NidsFile::findPackets() {
   pk_code = 0;
+  // Without symbology block the graphic block may follow, and is read from its divider on.
+  if (off_symb == 0 && off_graph > 0 && total >= static_cast<std::int64_t>(off_graph) * 2) {
+    layer_done = true;
+    return;
+  }
   // A product without symbology block may go on with other blocks, whose bytes are no packets.
   if (!symbologyBlock(off_symb != 0) && off_symb == 0) {
     layer_done = true;

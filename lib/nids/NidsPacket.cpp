@@ -228,6 +228,24 @@ int NidsFile::graphic() {
   return graphicHead(false);
 }
 
+int NidsFile::findGraphic() {
+  if (off_symb != 0) return graphic();
+  if (!opened || off_graph <= 0) return 0;
+  gotoGraphic();
+  return graphicHead(false);
+}
+
+int NidsFile::nextPacket() {
+  for (;;) {
+    const int stat = readPacket();
+    if (stat != 0 || nbytes == 0 || bytes >= nbytes) return stat;
+    layer_done = false;
+    pk_code = 0;
+    unsigned short length = 0;
+    if (readUshort(length) != 1 || readBytes(nullptr, std::min<int>(length, nbytes - bytes)) != 1) return -1;
+  }
+}
+
 int NidsFile::graphicLayer() {
   if (!opened || off_graph == 0) return 0;
   Kyv::outDebug(2, "Graphic Alphanumeric Layer\n");

@@ -1,11 +1,14 @@
 #ifndef NIDSDECODE_H
 #define NIDSDECODE_H
 
+#include <vector>
+
 #include "KYV/NidsData.h"
 #include "KYV/NidsFile.h"
 #include "KYV/NidsInfo.h"
 #include "KYV/NidsRadial.h"
 #include "KYV/NidsRun.h"
+#include "KYV/NidsShape.h"
 #include "KYV/NidsText.h"
 #include "KYV/NidsVector.h"
 #include "KYV/NidsWind.h"
@@ -39,10 +42,15 @@ inline int decodeProduct(const char* name, bool pull) {
   };
   elements();
   while (file.readPacket() > 0) elements();
-  if (file.graphic()) {
+  if (pull ? file.graphic() : file.findGraphic()) {
     while (file.graphicLayer() > 0) {
-      while (file.readPacket() > 0) elements();
+      while ((pull ? file.readPacket() : file.nextPacket()) > 0) elements();
     }
+  }
+  if (!pull) {
+    NidsFile again;
+    std::vector<NidsShape> shapes;
+    if (again.open(name)) again.readShapes(shapes);
   }
   data.getValue(EarthPoint(info.lat, info.lon));
   data.getValue(EarthPoint(info.lat + 0.5f, info.lon - 0.5f));
