@@ -161,4 +161,17 @@ class Damage {
   long reported = MAX_KILOBYTES;
 };
 
+// The entry of a fuzz program, whose Damage a function makes.
+#ifdef RADMAP_LIBFUZZER
+#define RADMAP_FUZZ(makeDamage)                                                        \
+  extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) { \
+    static Damage damage = makeDamage();                                               \
+    damage.readOne(data, size);                                                        \
+    return 0;                                                                          \
+  }
+#else
+#define RADMAP_FUZZ(makeDamage) \
+  int main(int argc, char** argv) { return makeDamage().run(argc, argv); }
+#endif
+
 #endif

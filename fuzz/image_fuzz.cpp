@@ -46,25 +46,11 @@ void repair(Bytes& png) {
 
 Damage makeDamage() {
   KYV::Kyv::setMessageLevel(0);
-  return Damage("image_fuzz", {decodeImage}, FRONT);
+  Damage damage("image_fuzz", {decodeImage}, FRONT);
+  damage.repair = repair;
+  return damage;
 }
 
 }  // namespace
 
-#ifdef RADMAP_LIBFUZZER
-
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  static Damage damage = makeDamage();
-  damage.readOne(data, size);
-  return 0;
-}
-
-#else
-
-int main(int argc, char** argv) {
-  Damage damage = makeDamage();
-  damage.repair = repair;
-  return damage.run(argc, argv);
-}
-
-#endif
+RADMAP_FUZZ(makeDamage)

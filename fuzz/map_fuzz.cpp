@@ -5,12 +5,11 @@
 #include <string>
 
 #include "Damage.h"
-#include "KYV/Domain.h"
 #include "KYV/EarthPoints.h"
-#include "KYV/Kyv.h"
 #include "KYV/MapFile.h"
 #include "KYV/MapPlot.h"
 #include "KYV/Plot.h"
+#include "Surface.h"
 
 namespace {
 
@@ -39,10 +38,7 @@ void readMap(const char* name) {
 
 // Draws the file as a map, as a list of maps and as a metafile.
 void drawMap(const char* name) {
-  static KYV::Plot plot;
-  static const bool ready =
-      plot.open() && plot.setPanel() && plot.setDomain(KYV::Domain("ps:90:-97,35,-97,100,100,0.1,0.1"));
-  if (!ready) std::exit(2);
+  KYV::Plot& plot = getSurface();
   KYV::MapPlot layer("fc");
   layer.draw(plot, name);
   for (const char* kind : {"mf:", "rf:"}) layer.process(plot, (std::string(kind) + name).c_str(), 3);
@@ -51,24 +47,10 @@ void drawMap(const char* name) {
 }
 
 Damage makeDamage() {
-  KYV::Kyv::setMessageLevel(0);
-  KYV::Kyv::setDatabasePath(RADMAP_SOURCE_DIR "/data");
-  KYV::Kyv::setResrc("device", "raster");
+  getSurface();
   return Damage("map_fuzz", {readMap, drawMap}, FRONT);
 }
 
 }  // namespace
 
-#ifdef RADMAP_LIBFUZZER
-
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  static Damage damage = makeDamage();
-  damage.readOne(data, size);
-  return 0;
-}
-
-#else
-
-int main(int argc, char** argv) { return makeDamage().run(argc, argv); }
-
-#endif
+RADMAP_FUZZ(makeDamage)

@@ -13,14 +13,6 @@ using Bytes = Damage::Bytes;
 constexpr std::size_t FRONT = 400;  // bytes where headers stand
 constexpr std::size_t MAX_UNPACKED = 8UL * 1024 * 1024;
 
-Damage makeDamage() {
-  KYV::Kyv::setMessageLevel(0);
-  return Damage(
-      "nids_fuzz",
-      {[](const char* name) { decodeProduct(name, false); }, [](const char* name) { decodeProduct(name, true); }},
-      FRONT);
-}
-
 // The same product with its bzip2 body unpacked; empty when it has none.
 Bytes unpack(const Bytes& from) {
   constexpr unsigned char BODY[] = {'B', 'Z', 'h'};
@@ -37,24 +29,18 @@ Bytes unpack(const Bytes& from) {
   return to;
 }
 
+Damage makeDamage() {
+  KYV::Kyv::setMessageLevel(0);
+  Damage damage(
+      "nids_fuzz",
+      {[](const char* name) { decodeProduct(name, false); }, [](const char* name) { decodeProduct(name, true); }},
+      FRONT);
+  damage.forms = [](const Bytes& whole) {
+    return std::vector<std::pair<std::string, Bytes>>{{"unpacked", unpack(whole)}};
+  };
+  return damage;
+}
+
 }  // namespace
 
-#ifdef RADMAP_LIBFUZZER
-
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  static Damage damage = makeDamage();
-  damage.readOne(data, size);
-  return 0;
-}
-
-#else
-
-int main(int argc, char** argv) {
-  Damage damage = makeDamage();
-  damage.forms = [](const Bytes& whole) {
-    return std::vector<std::pair<std::string, Bytes> >{{"unpacked", unpack(whole)}};
-  };
-  return damage.run(argc, argv);
-}
-
-#endif
+RADMAP_FUZZ(makeDamage)

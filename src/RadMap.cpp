@@ -27,6 +27,7 @@ constexpr char TYPE_KEY = 't';
 // The domain around a station when there is no product: 90 by 60 points of some 12 km.
 constexpr int STATION_NX = 90;
 constexpr int STATION_NY = 60;
+constexpr float SYMBOLS_EXTENT = 460.0f;  // of a map of tracks, symbols or contours, km
 constexpr float STATION_DX = 0.11899f;
 
 }  // namespace
@@ -111,6 +112,21 @@ int RadMap::getInitDate(Date& date) {
   return file.getDate(date);
 }
 
+// The parameter string with the names that follow "va=" made one item of, "va=cid,comp,site" to "va=cid/comp,site":
+// some of them begin as keys do.
+String RadMap::joinVariables(const char* params) {
+  const Strings items(params, ',');
+  String joined;
+  bool open = false;
+  for (int i = 0; i < items.getNum(); ++i) {
+    const char* item = StrLib::valid(items.getString(i)) ? items.getString(i) : "";
+    open = StrLib::equal(item, "va", 2) || (open && isVariable(item));
+    if (i > 0) joined.append(open && !StrLib::equal(item, "va", 2) ? '/' : ',');
+    joined.append(item);
+  }
+  return joined;
+}
+
 int RadMap::setParam(const char* params) {
   using enum ParamMatch;
   using Key = ParamKey<RadMap>;
@@ -148,7 +164,7 @@ int RadMap::setParam(const char* params) {
          if (m.ramp[1] < 1) m.ramp[1] = DEFAULT_RAMP_RANGE;
        }},
   };
-  return setParams(KEYS, params, *this);
+  return setParams(KEYS, joinVariables(params).get(), *this);
 }
 
 // Range rings "dist" or "dist=50:100", the key having n characters, in units of `unit` km.
@@ -171,6 +187,13 @@ int RadMap::getDomain(Domain& domain) {
     if (product->open(file.getName()) && product->readHeader(header)) {
       DomainVal val = product->getDomainVal();
       if (!header.isMultiRadar() && !product->isVAD() && !product->isDPA()) val.nx = val.ny * 3 / 2 + 1;
+      // Of tracks and contours the bins' size tells nothing: their products show the whole range.
+      const bool image = product->isPacketRadial() || product->isPacketRastor() || product->isPacketDpa();
+      const float extent = static_cast<float>(val.ny) * header.res;
+      if (!image && !header.isMultiRadar() && !product->isVAD() && extent > 0.0f && extent < SYMBOLS_EXTENT) {
+        val.dx *= SYMBOLS_EXTENT / extent;
+        val.dy *= SYMBOLS_EXTENT / extent;
+      }
       domain.set(val);
       // A reader that has something to say reads again when it may.
       if (!product->hasKeptQuiet()) {
@@ -207,6 +230,10 @@ void RadMap::drawMap(Plot& surface, const char* layer) {
   background.draw(surface);
 }
 
+void RadMap::readVariables() {
+  if (vars.setFile("radmap.var")) vars.process(variable.get());
+}
+
 int RadMap::draw(Plot& surface) {
   surface.addCallback("AnyEvent", this, nullptr);
   if (!file.isSet()) setFilename("la");
@@ -221,10 +248,14 @@ int RadMap::draw(Plot& surface) {
   ahead.reset();
   Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
   if (!begun && !nids->readHeader(info)) return 0;
-  if (map) drawMap(surface, "under,nolalo");
+  readVariables();
+  // A user's list of maps takes the place of the layer's own.
+  const bool maps = map && !vars.isMap();
+  if (maps) drawMap(surface, "under,nolalo");
   drawImage(surface);
-  if (map) drawMap(surface, "default");
-  if (map) drawMap(surface, "over,nolalo");
+  if (maps) drawMap(surface, "default");
+  drawData(surface);
+  if (maps) drawMap(surface, "over,nolalo");
   return 1;
 }
 

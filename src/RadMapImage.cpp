@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "DataPlane.h"
 #include "KYV/CityData.h"
 #include "KYV/CityTool.h"
 #include "KYV/ColorFile.h"
@@ -22,10 +23,8 @@ namespace {
 
 constexpr int SUPER_RES_RADIALS = 701;  // radials of a packet from which on they are half a degree wide
 constexpr float HAIRLINE = 0.01f;       // degrees by which radials overlap, so that no gap shows between them
-constexpr float PAGE_LINES = 512.0f;    // lines of a display page, in which text and barbs have their sizes
-constexpr float TEXT_LINES = 8.0f;      // height of a text, display lines
+constexpr float TEXT_LINES = 8.0f;      // height of a text, lines of a display page
 constexpr float BARB_LINES = 20.0f;     // length of a barb's staff
-constexpr float QUARTER_KM = 0.25f;     // unit of I and J in geographic products, km
 constexpr int PRECIP_ARRAY = 81;        // its levels are logarithms of rain
 
 // The default fill scale of a product: the first row whose test holds. `levels`: the product's data levels are the
@@ -94,7 +93,7 @@ using Corners = std::vector<Point>;
 
 // Draws the packets of one product. Cells are computed on the plane of the data's domain; where the plot has another
 // projection, each corner is carried over through its latitude and longitude, once for all cells that share it.
-struct RadMap::Painter {
+struct RadMap::Painter : DataPlane {
   Painter(RadMap& layer, Plot& surface);
 
   void chooseScale();
@@ -104,18 +103,11 @@ struct RadMap::Painter {
   void paintBarbs();
   void paintText();
 
-  Point toPlot(const Point& p) const;
-  Point fromIJ(float i, float j) const;
-  float displayLines(float lines) const;
   bool isSuppressed(float value, float distance) const;
   int visibleEntry(float value);
   void paintCell(int entry, const Point& a, const Point& b, const Point& c, const Point& d);
 
   RadMap& map;
-  Plot& plot;
-  Domain dom;  // of the data
-  Point centre;
-  bool sameProjection;
   ColorMap colors;
   ColorFill fill;
   PlotAttr dataAttr;
@@ -127,10 +119,9 @@ struct RadMap::Painter {
   Points cell;                     // reused
 };
 
-RadMap::Painter::Painter(RadMap& layer, Plot& surface) : map(layer), plot(surface), dom(layer.nids->getDomainVal()) {
-  dom.tran(EarthPoint(map.info.lat, map.info.lon), centre);
+RadMap::Painter::Painter(RadMap& layer, Plot& surface)
+    : DataPlane(layer.nids->getDomainVal(), EarthPoint(layer.info.lat, layer.info.lon), surface), map(layer) {
   if (!plot.isDrawing(Plot::DRAW_PLOT)) map.plot = false;
-  sameProjection = DomainVal::compareProj(plot.getDomain(), dom);
 
   plot.getColorMap(colors);
   if (map.color_table.valid() && !ColorFile::read(map.color_table.get(), colors)) {
@@ -163,32 +154,6 @@ void RadMap::Painter::chooseScale() {
     fill.setInterval(VAD_INTERVAL);
   }
   if (row->levels && !fill.areValuesSet()) fill.setValues(map.info.thres, 16);
-}
-
-// A point of the data's plane on the plot's; missing where the plot's map cannot show it.
-Point RadMap::Painter::toPlot(const Point& p) const {
-  if (sameProjection) return p;
-  EarthPoint e;
-  Point q;
-  if (!dom.tran(p, e) || !plot.getDomain().tran(e, q)) q.setMissing();
-  return q;
-}
-
-// The I and J of packets other than images: quarter kilometres east and north of the radar, display pixels in a wind
-// profile.
-Point RadMap::Painter::fromIJ(float i, float j) const {
-  Point p;
-  if (dom.proj == DomainVal::PIXEL) {
-    dom.tran(EarthPoint(i, j), p);
-    return toPlot(p);
-  }
-  const float unit = QUARTER_KM / 100.0f * dom.getMapFactor(EarthPoint(map.info.lat, map.info.lon));
-  return toPlot(Point(centre.x + i * unit, centre.y + j * unit));
-}
-
-// Lines of a display page in units of the plot's domain.
-float RadMap::Painter::displayLines(float lines) const {
-  return plot.getProj() == DomainVal::PIXEL ? lines : lines / PAGE_LINES * plot.getVert();
 }
 
 // Ramp and clutter take weak and near echoes away. Distance in bins of a radial product, km of a grid.
@@ -332,6 +297,7 @@ void RadMap::Painter::paintText() {
 
 int RadMap::drawImage(Plot& surface) {
   Painter painter(*this, surface);
+  passed_over = false;
   do {
     if (nids->isPacketRadial()) {
       painter.paintRadials();
@@ -343,8 +309,12 @@ int RadMap::drawImage(Plot& surface) {
       painter.paintBarbs();
     } else if (nids->isPacketText()) {
       painter.paintText();
+    } else {
+      passed_over = true;
     }
   } while (nids->readPacket() > 0);
+  constexpr int DIVIDER = 0xFFFF;
+  passed_over = passed_over || (nids->getPacketCode() > 0 && nids->getPacketCode() != DIVIDER);
 
   setLabels(surface);
   surface.setBar(painter.fill);

@@ -122,6 +122,7 @@ class Plot : public Listener {
   int whereDomain(const EarthPoint& e) const { return getDomain().where(e); }
   int tranPlotWindow(float px, float py, float& wx, float& wy) const { return graph.tranPlotWindow(px, py, wx, wy); }
   int getNumPanels() const { return num_panel; }
+  int getPanel() const { return panel; }
   /// "800x600+10-20": 1 size, 2 size and offset, 3 offset, 0 neither.
   static int decodeGeometryStr(const char* text, GeomBox& box);
   /// "0.5x0.5+0.5+0.5" in fractions, "2x2+1+0" a cell of a grid, of an area.

@@ -9,12 +9,16 @@
 #include "KYV/NidsData.h"
 #include "KYV/NidsFile.h"
 #include "KYV/NidsInfo.h"
+#include "KYV/PlotAttr.h"
 #include "KYV/String.h"
 #include "KYV/Timezone.h"
+#include "KYV/VarList.h"
 
 namespace KYV {
 
+struct EarthPoint;
 struct ParamItem;
+struct StormAttr;
 
 /// The radar layer: draws one product file for each frame.
 class RadMap : public Drawing, public Listener {
@@ -59,16 +63,30 @@ class RadMap : public Drawing, public Listener {
   int setHour(const char* text) { return file.setFixDate(text); }
   int setPath(const char* path) { return file.setPath(path); }
   int getInfo(NidsInfo& copy) const { return copy = info, 1; }
+  /// The units of a storm attribute in the products' tables; empty for one that has none.
+  static const char* getUnits(const char* attr);
+  /// Draws what the variables ask for of a storm cell, at its place.
+  int drawStorm(Plot& surface, const StormAttr& storm);
   /// Answers "QueryLoc" ("lat,lon") with the product's value there, on standard output.
   void callback(const char* name, const char* value, const void* data) override;
 
  private:
   struct Painter;  // draws the packets of one product, see src/RadMapImage.cpp
+  struct Cell;     // a storm at its place, see src/RadMapStorm.cpp
 
+  void readVariables();
+  static String joinVariables(const char* params);
+  static bool isVariable(const char* item);
   int settle(int there);
   void setRings(const ParamItem& item, int n, float standard, float unit);
   int drawImage(Plot& surface);
+  int drawData(Plot& surface);
+  void drawRings(Plot& surface, const EarthPoint& radar, const PlotAttr& attr);
+  void drawPages(Plot& surface, const PlotAttr& attr);
+  void drawShapes(Plot& surface);
+  void drawVariableLabels(Plot& surface);
   void drawMap(Plot& surface, const char* layer);
+  PlotAttr getDataAttr(Plot& surface) const;
   void setLabels(Plot& surface);
 
   char id[5] = "";     // station, key i of the name convention
@@ -90,6 +108,7 @@ class RadMap : public Drawing, public Listener {
   Filename file;
   String reported;  // the search in vain that was last told of
   Timezone tz;
+  VarList vars;  // chosen by `variable`
   std::unique_ptr<NidsFile> nids = std::make_unique<NidsFile>();
   // The product that the default domain was taken from, its header read; drawing the same file goes on from there.
   std::unique_ptr<NidsFile> ahead;
@@ -97,6 +116,7 @@ class RadMap : public Drawing, public Listener {
   NidsInfo ahead_info;
   NidsInfo info;
   NidsData ndata;
+  bool passed_over = false;  // whether the product has packets that its image does not show
 };
 
 }  // namespace KYV

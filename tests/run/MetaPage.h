@@ -2,6 +2,7 @@
 #define RADMAP_TESTS_METAPAGE_H
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -42,11 +43,11 @@ class MetaPage {
   /// The map's border: the largest closed line of five points.
   Path getBorder() const {
     Path largest{};
-    double width = 0.0;
+    double most = 0.0;
     for (const Path& p : paths) {
       if (!p.isClosedRectangle()) continue;
-      const auto [low, high] = std::minmax_element(p.points.begin(), p.points.end());
-      if (high->first - low->first > width) width = high->first - low->first, largest = p;
+      const double area = std::abs((p.points[2].first - p.points[0].first) * (p.points[2].second - p.points[0].second));
+      if (area > most) most = area, largest = p;
     }
     return largest;
   }
