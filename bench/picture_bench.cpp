@@ -83,6 +83,7 @@ bool draw(Part part) {
   KYV::Kyv::setResrc("draw", part <= FILL ? "plot" : "all");
   KYV::RadMap radar;
   radar.setFilename();
+  radar.setMap(part > FILL);
   KYV::Domain domain;
   radar.getDomain(domain);
   KYV::Figure figure;

@@ -2,7 +2,7 @@
 #define KYV_MAPBYTES_H
 
 #include <cstddef>
-#include <string>
+#include <memory>
 #include <string_view>
 
 #include "KYV/String.h"
@@ -19,10 +19,10 @@ class MapBytes {
   void clear() { *this = MapBytes(); }
 
   const char* getName() const { return name.get(); }
-  std::size_t getSize() const { return bytes.size(); }
-  std::size_t getLeft() const { return bytes.size() - at; }
+  std::size_t getSize() const { return size; }
+  std::size_t getLeft() const { return size - at; }
   std::size_t tell() const { return at; }
-  std::string_view getText() const { return bytes; }
+  std::string_view getText() const { return {bytes.get(), size}; }
   // Moving the cursor; false, and nothing moved, when the place lies beyond the end.
   bool seek(std::size_t place);
   bool skip(std::size_t n) { return n <= getLeft() && seek(at + n); }
@@ -42,7 +42,8 @@ class MapBytes {
   template <class Bits>
   bool take(Bits& bits, bool little);
 
-  std::string bytes;
+  std::unique_ptr<char[]> bytes;
+  std::size_t size = 0;
   std::size_t at = 0;
   String name;
 };

@@ -28,6 +28,8 @@ class MapFile {
   /// The kind of a file by its beginning; NONE when it cannot be read.
   static int checkType(const char* name);
   bool isOpen() const;
+  /// Whether only places get their names, see MapKyvFile.
+  int setPlaceNames(bool on);
   int rewind();
   /// To segment n, counted from 0; 0 when there are fewer.
   int seek(int n);

@@ -24,6 +24,8 @@ class MapKyvFile {
   /// Reads a file that was loaded.
   [[nodiscard]] int open(MapBytes loaded, int type = UNKNOWN);
   bool isOpen() const { return opened; }
+  /// Whether only places (segments of one point) get their names, as is enough for drawing; lines have none then.
+  int setPlaceNames(bool on) { return place_names = on, 1; }
   /// Back to the first segment; 0 when the file is not read.
   int rewind();
   /// To segment n, counted from 0; 0 when there are fewer.
@@ -51,6 +53,7 @@ class MapKyvFile {
  private:
   int readBinaryHeader(MapFileHeader& header);
   int readTextHeader(MapFileHeader& header);
+  void findNames();
   void readName(MapFileHeader& header);
   void writeName(const MapFileHeader& header);
   int fail(const char* what);
@@ -60,7 +63,10 @@ class MapKyvFile {
   bool binary = true;
   MapBytes bytes;
   MapBytes names;  // of the segments, a line each
-  int left = 0;    // points of the segment not yet read
+  bool place_names = false;
+  bool names_due = false;  // the name file has not been looked for
+  int names_behind = 0;    // segments whose lines have not been passed over
+  int left = 0;            // points of the segment not yet read
   File out;
   File namesOut;
   String namesName;

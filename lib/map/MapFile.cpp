@@ -87,6 +87,11 @@ bool MapFile::isOpen() const {
   return onFile(file, [](const auto& f) { return f.isOpen(); }) != 0;
 }
 
+int MapFile::setPlaceNames(bool on) {
+  if (auto* f = std::get_if<MapKyvFile>(&file)) f->setPlaceNames(on);
+  return 1;
+}
+
 int MapFile::rewind() {
   point = num = 0;
   return onFile(file, [](auto& f) { return f.rewind(); });

@@ -63,11 +63,7 @@ int MapKyvFile::open(MapBytes loaded, int type) {
   MapFileHeader header;
   const std::string_view start = bytes.getText().substr(0, PEEK);
   binary = type == UNKNOWN ? !decodeHeader(start.substr(0, start.find('\n')), header) : type == BINARY;
-  // A name file is there for those of the files that have names, and a URL has none beside it.
-  const String beside = namesOf(bytes.getName());
-  if (binary && StrLib::length(bytes.getName()) > 4 && FileTool::isFile(beside.get())) {
-    if (!names.load(beside.get())) names.clear();
-  }
+  names_due = binary;
   opened = true;
   return 1;
 }
@@ -76,6 +72,7 @@ int MapKyvFile::rewind() {
   if (!opened || writing) return 0;
   bytes.seek(0);
   names.seek(0);
+  names_behind = 0;
   left = 0;
   return 1;
 }
@@ -98,6 +95,8 @@ int MapKyvFile::close() {
   }
   bytes.clear();
   names.clear();
+  names_due = false;
+  names_behind = 0;
   left = 0;
   opened = writing = false;
   return result;
@@ -146,10 +145,22 @@ int MapKyvFile::readTextHeader(MapFileHeader& header) {
   return 1;
 }
 
+// The name file lies beside the map file; not every map has one.
+void MapKyvFile::findNames() {
+  names_due = false;
+  const String beside = namesOf(bytes.getName());
+  if (StrLib::length(bytes.getName()) > 4 && FileTool::isFile(beside.get()) && !names.load(beside.get())) names.clear();
+}
+
 // The third word of the segment's line in the name file.
 void MapKyvFile::readName(MapFileHeader& header) {
+  ++names_behind;
+  if (place_names && header.num != 1) return;
+  if (names_due) findNames();
   std::string_view line;
-  if (!names.readLine(line)) return;
+  for (; names_behind > 0; --names_behind) {
+    if (!names.readLine(line)) return;
+  }
   line = line.substr(0, MAX_NAME_LINE);
   for (int word = 0; word < 3; ++word) {
     line = trimFront(line);

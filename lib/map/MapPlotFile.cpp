@@ -154,6 +154,7 @@ int MapPlot::draw(Plot& plot, const char* file) {
     Kyv::outWarning("Map file not found or damaged: %s\n", file);
     return 0;
   }
+  source.setPlaceNames(true);
   if (index) std::printf("Mapfile: %s\n", file);
 
   if (!in_list) labels.clear();

@@ -100,6 +100,15 @@ TEST(MapKyvFile, BinaryLayoutIsBigEndian) {
   EXPECT_FLOAT_EQ(-97.25f, e.lon);
   EXPECT_EQ(0, file.readData(e));
   EXPECT_EQ(0, file.readHeader(h));
+  // Places alone have names, of their own lines.
+  dir.write("a.map", big(0, 2) + bytes.substr(2, 20) + bytes);
+  dir.write("a.mdb", "1 x Line\n2 x Place\n");
+  ASSERT_EQ(1, file.open(name.c_str()));
+  file.setPlaceNames(true);
+  EXPECT_EQ(1, file.readHeader(h));
+  EXPECT_STREQ("", h.name);
+  EXPECT_EQ(1, file.readHeader(h));
+  EXPECT_STREQ("Place", h.name);
 }
 
 TEST(MapKyvFile, WhatIsWrittenIsReadAgain) {
@@ -125,6 +134,9 @@ TEST(MapKyvFile, WhatIsWrittenIsReadAgain) {
     EXPECT_EQ(0, file.seek(2));
     EXPECT_EQ(1, file.rewind());
     EXPECT_EQ(expected, readAll(file));
+    file.rewind();
+    file.setPlaceNames(true);
+    EXPECT_EQ("", readAll(file)[1].name);
   }
   EXPECT_EQ("   2   40.0000   10.0000  -80.0000 -100.0000    12\n 35.5000  -97.2500\n",
             TempDir::read(dir.path("t.map")).substr(0, 70));
