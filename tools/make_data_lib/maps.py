@@ -52,13 +52,15 @@ s+25:s-130:provinces_50m:dgray
 # North America: the United States by their counties, states and roads
 s-3:[0,12,75,-180,-50]us_highways:brown
 s-12:[0,12,75,-180,-50]us_interstates:lbrown
-s-12:[0,12,75,-180,-50]us_counties:dgray
+s-6:[0,12,75,-180,-50]us_counties:dgray
+s+6:s-12:[0,12,75,-180,-50]us_counties_low:dgray
 s-25:[0,12,75,-180,-50]lakes:dcyan
 s-25:[0,12,75,-180,-50]mx_states:gray
 s-25:[0,12,75,-180,-50]ca_provinces:gray
 s-25:[0,12,75,-180,-50]coast_foreign:lgray
 s-25:[0,12,75,-180,-50]borders_foreign:lgray
-s-25:[0,12,75,-180,-50]us_states:lgray
+s-6:[0,12,75,-180,-50]us_states:lgray
+s+6:s-25:[0,12,75,-180,-50]us_states_low:lgray
 
 # Radars elsewhere
 s-10:[0,-90,90,-50,180]rivers:dcyan
