@@ -98,6 +98,8 @@ struct RadMap::Painter : DataPlane {
 
   void chooseScale();
   void paintRadials();
+  bool paintGeneric();
+  void paintArray(float step);
   void paintGrid();
   void paintVectors();
   void paintBarbs();
@@ -193,6 +195,17 @@ void RadMap::Painter::paintCell(int entry, const Point& a, const Point& b, const
 void RadMap::Painter::paintRadials() {
   const float step = map.nids->getNrad() >= SUPER_RES_RADIALS ? 0.5f : 1.0f;
   map.nids->readData(map.ndata);
+  paintArray(step);
+}
+
+bool RadMap::Painter::paintGeneric() {
+  if (map.nids->readGeneric(map.ndata) <= 0) return false;
+  paintArray(map.ndata.domain.dx);
+  return true;
+}
+
+// The radials of the layer's product data, so many degrees apart.
+void RadMap::Painter::paintArray(float step) {
   if (!map.plot) return;
   const NidsData& nd = map.ndata;
   const float dy = nd.domain.dy;
@@ -309,12 +322,13 @@ int RadMap::drawImage(Plot& surface) {
       painter.paintBarbs();
     } else if (nids->isPacketText()) {
       painter.paintText();
-    } else {
+    } else if (!nids->isPacketGeneric() || !painter.paintGeneric()) {
       passed_over = true;
     }
   } while (nids->readPacket() > 0);
   constexpr int DIVIDER = 0xFFFF;
-  passed_over = passed_over || (nids->getPacketCode() > 0 && nids->getPacketCode() != DIVIDER);
+  const int last = nids->getPacketCode();
+  passed_over = passed_over || (last > 0 && last != DIVIDER);
 
   setLabels(surface);
   surface.setBar(painter.fill);

@@ -36,6 +36,7 @@ class NidsFile {
  public:
   static constexpr int RADIAL = 44831;  // 0xAF1F, radial runs
   static constexpr int RASTOR = 47631;  // 0xBA0F, raster runs
+  static constexpr int GENERIC = 28;
 
   NidsFile();
   explicit NidsFile(const char* name);
@@ -138,12 +139,16 @@ class NidsFile {
   bool isPacketWindbarb() const { return pk_code == 4; }
   bool isPacketText() const { return pk_code == 1 || pk_code == 8; }
   bool isPacketDpa() const { return pk_code == 17; }
+  bool isPacketGeneric() const { return pk_code == GENERIC; }
   int getPacketCode() const { return pk_code; }
   int getNbin() const { return nbin; }
   int getNrad() const { return nrad; }
 
   /// The image packet as an array of values; always 1, what could be decoded is kept.
   int readData(NidsData& d);
+  /// The radial component of a generic packet (28), at which readPacket() or readHeader() stopped, as an array like that
+  /// of readData(). 1, with what could be decoded; 0 for another packet or component, d's array is then as it was.
+  int readGeneric(NidsData& d);
 
  private:
   KYV_PRINTF(2, 3) void warn(const char* format, ...) const;
@@ -174,6 +179,8 @@ class NidsFile {
   float thresValue(int level) const;
   // Image.
   int fetchLine();
+  void describe(NidsData& d);
+  void startRadials(NidsData& d, int radials, int bins, float bin_size) const;
   bool canHoldGrid();
   void readRadials(NidsData& d);
   void readRows(NidsData& d);

@@ -11,6 +11,7 @@
 #include "KYV/NidsRadial.h"
 #include "NidsLimits.h"
 #include "NidsSource.h"
+#include "RadialArray.h"
 
 namespace KYV {
 
@@ -18,7 +19,6 @@ namespace {
 
 constexpr int LEVELS = 256;        // a raw level is a byte
 constexpr int FINE_RADIALS = 700;  // more radials than this have slots of half a degree
-constexpr float FULL_CIRCLE = 360.0f;
 
 using Values = std::array<float, LEVELS>;
 using Bytes = std::span<const unsigned char>;
@@ -51,9 +51,6 @@ void decodePairs(Bytes line, std::span<float> row, const Values& values, int cel
   }
 }
 
-// The azimuth slot of a radial: the nearest whole step.
-int findSlot(float start, float step, int slots) { return static_cast<int>(std::floor(start / step + 0.5f)) % slots; }
-
 }  // namespace
 
 // The encoded bytes of the radial or row whose header was read; fewer when the data ends. The count.
@@ -65,7 +62,8 @@ int NidsFile::fetchLine() {
   return got;
 }
 
-int NidsFile::readData(NidsData& d) {
+// All of the record but its array and domain.
+void NidsFile::describe(NidsData& d) {
   d.date = date;
   d.lat = lat;
   d.lon = lon;
@@ -77,59 +75,59 @@ int NidsFile::readData(NidsData& d) {
   setInfo(d.info);
   setMisc(d.misc);
   date = volume;
+}
+
+int NidsFile::readData(NidsData& d) {
+  describe(d);
   if (!opened) return 1;
   if (isPacketRadial()) readRadials(d);
   if (isPacketRastor() || isPacketDpa()) readRows(d);
   return 1;
 }
 
-void NidsFile::readRadials(NidsData& d) {
+// An array without radials yet, and its domain.
+// @param bin_size  plot units
+void NidsFile::startRadials(NidsData& d, int radials, int bins, float bin_size) const {
   DomainVal polar;
   polar.proj = DomainVal::RADIAL;
   polar.plat = polar.clat = lat;
   polar.plon = polar.clon = lon;
-  const bool fine = nrad > FINE_RADIALS;
+  const bool fine = radials > FINE_RADIALS;
   polar.nx = fine ? 720 : 360;
   polar.dx = fine ? 0.5f : 1.0f;
-  polar.ny = nbin;
-  polar.dy = dom.dy;
+  polar.ny = bins;
+  polar.dy = bin_size;
   d.domain.set(polar);
   Kyv::outMessage(8, "Radial data\n");
 
-  const std::size_t width = static_cast<std::size_t>(nbin);
-  const std::size_t size = static_cast<std::size_t>(polar.nx) * width;
+  const std::size_t size = static_cast<std::size_t>(polar.nx) * static_cast<std::size_t>(bins);
   d.allocate(size);
   d.type = 0;
   d.nrad = polar.nx;
-  d.nbin = nbin;
-  const std::span<float> all(d.data, size);
-  std::fill(all.begin(), all.end(), NidsData::NO_RADIAL);
-  const auto slotRow = [&](int slot) { return all.subspan(static_cast<std::size_t>(slot) * width, width); };
+  d.nbin = bins;
+  std::fill_n(d.data, size, NidsData::NO_RADIAL);
+}
 
+void NidsFile::readRadials(NidsData& d) {
+  startRadials(d, nrad, nbin, dom.dy);
+  RadialArray array(d);
   Values values;
   for (int level = 0; level < LEVELS; level++) values[static_cast<std::size_t>(level)] = levelValue(level);
   NidsRadial radial;
-  int prev = Const::MISS;
   for (int n = 0; n < MAX_RADIALS && readRadial(radial) > 0; n++) {
-    if (radial.ang0 < 0.0f || radial.ang0 > FULL_CIRCLE) {
+    if (!RadialArray::isAzimuth(radial.ang0)) {
       warn("NidsFile::readData bad radial angle: %.2f\n", radial.ang0);
       return;
     }
-    const int slot = findSlot(radial.ang0, polar.dx, polar.nx);
-    if (slot - prev == 2 || slot - prev == 2 - polar.nx) {
-      // A single slot skipped takes the earlier radial's values.
-      const std::span<float> from = slotRow(prev);
-      std::copy(from.begin(), from.end(), slotRow((prev + 1) % polar.nx).begin());
-    }
+    const std::span<float> bins = array.next(radial.ang0);
     const int got = fetchLine();
     const Bytes encoded(line.data(), static_cast<std::size_t>(got));
     if (pk_code == RADIAL) {
-      decodeNibbles(encoded, slotRow(slot), values);
+      decodeNibbles(encoded, bins, values);
     } else {
-      decodeBytes(encoded, slotRow(slot), values);
+      decodeBytes(encoded, bins, values);
     }
     if (got < len) return;
-    prev = slot;
   }
 }
 

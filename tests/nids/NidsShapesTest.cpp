@@ -4,8 +4,10 @@
 #include <cmath>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "KYV/NidsData.h"
 #include "KYV/NidsShape.h"
 #include "KYV/NidsText.h"
 #include "NidsBuilder.h"
@@ -172,6 +174,43 @@ TEST(NidsGraphic, PagesAreFoundBehindPacketsThatAreNotKnown) {
   // Without symbology block the graphic block follows the description.
   const TestFile none(NidsBuilder().header(58, 1).page().text(8, 1, 1, 2, "alone").bytes());
   EXPECT_EQ(std::vector<std::string>{"alone"}, readPages(none.name()));
+}
+
+TEST(NidsGeneric, RadialsBecomeAnArray) {
+  // Scale 10, offset 0; the highest level is 100, and one flag stands below and one above the values.
+  NidsBuilder b = NidsBuilder().header(176).thresholds({0x4120, 0, 0, 0, 0, 100, 1, 1});
+  const TestFile content(b.generic({{0, 1, 99}, {100, 50}, {7, 7, 7, 7}}).bytes());
+  NidsFile file;
+  KYV::NidsInfo info;
+  KYV::NidsData d;
+  ASSERT_TRUE(file.open(content.name()) && file.readHeader(info) && file.isPacketGeneric());
+  ASSERT_EQ(1, file.readGeneric(d));
+  EXPECT_EQ(std::tuple(0, 360, 3), std::tuple(d.type, d.nrad, d.nbin));
+  constexpr float MISS = KYV::Const::MISS;
+  const float expected[] = {MISS, 0.1f, 9.9f, MISS, 5.0f, -200.0f, 0.7f, 0.7f, 0.7f, -200.0f};
+  for (std::size_t i = 0; i < std::size(expected); i++) EXPECT_FLOAT_EQ(expected[i], d.data[i]) << i;
+  EXPECT_EQ(0, file.readGeneric(d)) << "once";
+  // Cut anywhere.
+  const Bytes whole = b.bytes();
+  for (std::size_t n = 0; n < whole.size(); ++n) {
+    const TestFile cut(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)));
+    NidsFile part;
+    part.setQuiet(true);
+    if (part.open(cut.name()) && part.readHeader(info)) part.readGeneric(d);
+  }
+}
+
+TEST(NidsGeneric, TheSampleHasItsMaximum) {
+  const std::string folder = sampleFolder();
+  if (folder.empty()) GTEST_SKIP() << "no samples: set RADMAP_SAMPLES to their folder";
+  NidsFile file((folder + "/KTLX_DPR_20130520_2016.nids").c_str());
+  KYV::NidsInfo info;
+  KYV::NidsData d;
+  ASSERT_TRUE(file.readHeader(info) && file.readGeneric(d));
+  ASSERT_EQ(std::tuple(360, 920), std::tuple(d.nrad, d.nbin));
+  // The description tells the largest rate: 7874 thousandths of an inch per hour. 275655 bins are dry.
+  EXPECT_FLOAT_EQ(7.874f, *std::max_element(d.data, d.data + 360 * 920));
+  EXPECT_EQ(275655, std::count(d.data, d.data + 360 * 920, 0.0f));
 }
 
 // Azimuths (degrees) and ranges (nautical miles) stand in the pages as whole numbers.

@@ -1,6 +1,7 @@
 #include "NidsBuilder.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdio>
 #include <memory>
@@ -245,6 +246,47 @@ NidsBuilder& NidsBuilder::linked(int code, int value, const std::vector<Place>& 
     putHalf(content, p.y);
   }
   return packet(code, content);
+}
+
+NidsBuilder& NidsBuilder::generic(const std::vector<std::vector<int>>& radials) {
+  Bytes xdr;
+  const auto word = [&](int v) { putWord(xdr, v); };
+  const auto text = [&](std::string_view characters) {
+    word(static_cast<int>(characters.size()));
+    xdr.insert(xdr.end(), characters.begin(), characters.end());
+    xdr.resize((xdr.size() + 3) / 4 * 4);
+  };
+  const auto real = [&](float v) { word(std::bit_cast<int>(v)); };
+  const auto count = [&](std::size_t n) { word(static_cast<int>(n)), word(static_cast<int>(n)); };
+  text("Rate");
+  text("A product");
+  for (int v : {code_, 1, 0}) word(v);
+  text("KXXX");
+  for (int i = 0; i < 13; i++) word(0);  // place, times, compression, size, number of parameters
+  count(1);
+  for (int v : {1, 1}) word(v);  // present, radial
+  text("Component");
+  real(250.0f);
+  real(125.0f);
+  count(1);  // parameter
+  text("id");
+  text("value");
+  count(radials.size());
+  for (std::size_t i = 0; i < radials.size(); i++) {
+    real(static_cast<float>(i));
+    real(0.0f);
+    real(1.0f);
+    word(static_cast<int>(radials[i].size()));
+    text("type = ushort");
+    word(static_cast<int>(radials[i].size()));
+    for (int level : radials[i]) word(level);
+  }
+  Bytes to;
+  putHalf(to, 28);
+  putHalf(to, 0);
+  putWord(to, static_cast<int>(xdr.size()));
+  put(to, xdr);
+  return raw(to);
 }
 
 // Assembly.

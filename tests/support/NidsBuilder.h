@@ -104,6 +104,8 @@ class NidsBuilder {
   NidsBuilder& linked(int code, int value, const std::vector<Place>& points);
   /// Any packet of code, length, content: 3, 11 to 15, 18.
   NidsBuilder& packet(int code, const Bytes& content);
+  /// A generic packet (28) of radials of one degree, from north on, of bins of 250 m.
+  NidsBuilder& generic(const std::vector<std::vector<int>>& radials);
   /// Bytes as they stand.
   NidsBuilder& raw(const Bytes& content);
 

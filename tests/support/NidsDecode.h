@@ -39,6 +39,7 @@ inline int decodeProduct(const char* name, bool pull) {
     while (file.readWind(wind) > 0) {
     }
     file.readText(text);
+    if (file.isPacketGeneric()) file.readGeneric(data);
   };
   elements();
   while (file.readPacket() > 0) elements();
