@@ -19,9 +19,9 @@ class MapFile;
 /// latitude-longitude lines. What is drawn at which scale is told by a map list, whose entries docs/maps.md describes.
 class MapPlot : public Drawing {
  public:
-  MapPlot() { init(); }
+  MapPlot() { MapPlot::init(); }
   /// @param params  as for setParam(), after the resource `parameter`
-  explicit MapPlot(const char* params) : MapPlot() { setParam(params); }
+  explicit MapPlot(const char* params) : MapPlot() { MapPlot::setParam(params); }
 
   /// Resets and reads the resources `color_table`, `color_map`, `color_latlon` and `parameter`.
   int init() override;

@@ -95,6 +95,16 @@ String lineColorIn(const char* attr) {
   return end < 0 ? value : String(value.get(), end);
 }
 
+// What stands out on black is faint on white paper, and the other way round.
+void turnGreys(PlotAttr& pen) {
+  static constexpr const char* PAIRS[][2] = {{"white", "black"}, {"lgray", "dgray"}, {"dgray", "lgray"}};
+  for (const auto& [onBlack, onWhite] : PAIRS) {
+    if (!StrLib::iequal(pen.name, onBlack)) continue;
+    StrLib::copy(pen.name, onWhite);
+    return;
+  }
+}
+
 // A map file by its name, which may be short: "us_states" is the shipped maps/us_states.map.
 void findMap(const char* name, String& path) {
   if (DataPath::find(name, path)) return;
@@ -131,8 +141,9 @@ int MapPlot::drawMapFile(Plot& plot, const char* entry) {
   if (!attr.valid()) {
     attr.copy(filling ? Kyv::resrc.get("color_fmap", "black") : Kyv::resrc.get("color_map", "red"));
   }
-  const PlotAttr pen(attr.get());
+  PlotAttr pen(attr.get());
   if (!pen.validColor()) return 0;
+  if (plot.getInverse()) turnGreys(pen);
   String lineColor = lineColorIn(attr.get());
   if (!lineColor.valid()) lineColor = color_line;
   useText(plot, pen);

@@ -209,8 +209,9 @@ TEST(NidsGeneric, TheSampleHasItsMaximum) {
   ASSERT_TRUE(file.readHeader(info) && file.readGeneric(d));
   ASSERT_EQ(std::tuple(360, 920), std::tuple(d.nrad, d.nbin));
   // The description tells the largest rate: 7874 thousandths of an inch per hour. 275655 bins are dry.
-  EXPECT_FLOAT_EQ(7.874f, *std::max_element(d.data, d.data + 360 * 920));
-  EXPECT_EQ(275655, std::count(d.data, d.data + 360 * 920, 0.0f));
+  const std::vector<float> rates(d.data, d.data + std::ptrdiff_t{360} * 920);
+  EXPECT_FLOAT_EQ(7.874f, *std::max_element(rates.begin(), rates.end()));
+  EXPECT_EQ(275655, std::count(rates.begin(), rates.end(), 0.0f));
 }
 
 // Azimuths (degrees) and ranges (nautical miles) stand in the pages as whole numbers.

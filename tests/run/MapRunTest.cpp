@@ -1,6 +1,7 @@
 // The map background in whole runs, read from their metafiles.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "MetaPage.h"
 #include "NidsBuilder.h"
 #include "Program.h"
+#include "PsPage.h"
 
 namespace {
 
@@ -221,6 +223,21 @@ TEST_F(MapRun, ParallelsAndMeridiansAreDrawnOnce) {
     SCOPED_TRACE(c.options);
     EXPECT_EQ(c.parallels, horizontal(draw(std::string(PLANE) + c.options), c.color));
   }
+}
+
+TEST_F(MapRun, WhiteIsBlackOnPaper) {
+  const auto lines = [&](const std::string& map, const std::string& color) {
+    const Program::Result r =
+        program.run("-de postscript,out.ps,color -dr=-text,-bord" + std::string(PLANE) + map + " p.nids");
+    PsPage page;
+    EXPECT_TRUE(page.read(program.path("out.ps"))) << r.output;
+    const auto& paths = page.getPaths();
+    return std::count_if(paths.begin(), paths.end(),
+                         [&](const PsPage::Path& p) { return !p.filled && p.points.size() == 2 && p.color == color; });
+  };
+  EXPECT_EQ(1, lines("-mf=a.map:red", "0.90 0.00 0.04"));
+  EXPECT_EQ(0, lines("-mf=a.map:white", "1.00 1.00 1.00"));
+  EXPECT_EQ(1, lines("-mf=a.map:white", "0.00 0.00 0.00") - lines("-mf=a.map:red", "0.00 0.00 0.00"));
 }
 
 TEST_F(MapRun, MapsAreFetchedByUrl) {

@@ -174,8 +174,7 @@ TEST_F(StormRun, LayersHaveTheirOrder) {
 }
 
 TEST_F(StormRun, PagesAreDrawnWhenTheTableIsWanted) {
-  std::vector<std::string> lines;
-  for (int i = 0; i < 3; ++i) lines.push_back(cell("A1", 90 + i, 54, "NONE", "NONE", 55, 20, "NEW"));
+  const std::vector<std::string> lines(3, cell("A1", 90, 54, "NONE", "NONE", 55, 20, "NEW"));
   write(lines);
   EXPECT_EQ(0u, count(draw("-dr=-map"), PINK));
   EXPECT_NE(std::string::npos, said.find(lines[0] + "\n")) << "the text is told";
