@@ -146,8 +146,8 @@ class NidsFile {
 
   /// The image packet as an array of values; always 1, what could be decoded is kept.
   int readData(NidsData& d);
-  /// The radial component of a generic packet (28), at which readPacket() or readHeader() stopped, as an array like that
-  /// of readData(). 1, with what could be decoded; 0 for another packet or component, d's array is then as it was.
+  /// The radial component of a generic packet (28), at which readPacket() or readHeader() stopped, as an array like
+  /// that of readData(). 1, with what could be decoded; 0 for another packet or component, d's array is then as it was.
   int readGeneric(NidsData& d);
 
  private:
