@@ -212,33 +212,36 @@ void RadMap::Painter::paintArray(float step) {
   const int bins = std::min(nd.domain.ny, nd.nbin);
   entryInUse = -1;
 
-  std::vector<int> entries(static_cast<std::size_t>(std::max(bins, 0)));
-  Corners first, second;  // the corners on the two sides of a radial
-  const auto ray = [&](double degrees, int n, Corners& corners) {
+  // The fill entries of a radial's bins, with one that draws nothing on either side, and the corners on its two sides,
+  // which are computed where a bin is drawn.
+  std::vector<int> entries(static_cast<std::size_t>(std::max(bins, 0)) + 2, -1);
+  Corners first(entries.size()), second(entries.size());
+  const auto ray = [&](double degrees, std::size_t n, Corners& corners) {
     const float ux = static_cast<float>(dy * std::sin(degrees * Const::DRC));
     const float uy = static_cast<float>(dy * std::cos(degrees * Const::DRC));
-    corners.clear();
-    for (int j = 0; j <= n; ++j) {
-      corners.push_back(toPlot(Point(centre.x + static_cast<float>(j) * ux, centre.y + static_cast<float>(j) * uy)));
+    for (std::size_t j = 0; j <= n; ++j) {
+      if (entries[j] < 0 && entries[j + 1] < 0) continue;
+      corners[j] = toPlot(Point(centre.x + static_cast<float>(j) * ux, centre.y + static_cast<float>(j) * uy));
     }
   };
 
   for (int i = 0; static_cast<float>(i) * step < 360.0f; ++i) {
-    int last = -1;
+    std::size_t drawn = 0;  // bins up to the last that is drawn
     for (int j = 0; j < bins; ++j) {
       const float value = nd.getValue(i, j);
       int entry = visibleEntry(value);
       if (entry >= 0 && isSuppressed(value, static_cast<float>(j))) entry = -1;
-      entries[static_cast<std::size_t>(j)] = entry;
-      if (entry >= 0) last = j;
+      const std::size_t k = static_cast<std::size_t>(j) + 1;
+      entries[k] = entry;
+      if (entry >= 0) drawn = k;
     }
-    if (last < 0) continue;
+    if (drawn == 0) continue;
     const double azimuth = dom.adjustDir(static_cast<float>(i) * step, centre);
-    ray(azimuth, last + 1, first);
-    ray(azimuth + step + HAIRLINE, last + 1, second);
-    for (int j = 0; j <= last; ++j) {
-      const std::size_t k = static_cast<std::size_t>(j);
-      if (entries[k] >= 0) paintCell(entries[k], first[k], first[k + 1], second[k + 1], second[k]);
+    ray(azimuth, drawn, first);
+    ray(azimuth + step + HAIRLINE, drawn, second);
+    for (std::size_t k = 0; k < drawn; ++k) {
+      const int entry = entries[k + 1];
+      if (entry >= 0) paintCell(entry, first[k], first[k + 1], second[k + 1], second[k]);
     }
   }
 }
