@@ -1,6 +1,8 @@
 #ifndef KYV_SHAREDLIBRARY_H
 #define KYV_SHAREDLIBRARY_H
 
+#include <initializer_list>
+
 namespace KYV {
 
 /// A library of the system that is loaded when it is first needed. Few runs fetch an URL, yet a linked libcurl alone
@@ -8,9 +10,9 @@ namespace KYV {
 /// loaded stays until the process ends.
 class SharedLibrary {
  public:
-  /// Loads the library.
-  /// @param name  as the loader knows it, such as "libcurl.so.4"
-  explicit SharedLibrary(const char* name);
+  /// Loads the first of the libraries that is there.
+  /// @param names  as the loader knows them, "libcurl.so.4": that of each version whose functions are alike
+  explicit SharedLibrary(std::initializer_list<const char*> names);
 
   bool isOpen() const { return handle != nullptr; }
 

@@ -8,11 +8,8 @@ namespace KYV {
 
 namespace {
 
-// The name that libcurl 7 and 8 have in common.
-constexpr const char* NAME = "libcurl.so.4";
-
 std::optional<CurlLibrary> load() {
-  const SharedLibrary library(NAME);
+  const SharedLibrary library({"libcurl.so.4", "libcurl-gnutls.so.4", "libcurl.so"});
   CurlLibrary c;
   const bool whole =
       library.find("curl_easy_init", c.easyInit) && library.find("curl_easy_setopt", c.easySetOption) &&

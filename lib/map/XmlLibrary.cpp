@@ -8,10 +8,8 @@ namespace KYV {
 
 namespace {
 
-constexpr const char* NAME = "libxml2.so.2";
-
 std::optional<XmlLibrary> load() {
-  const SharedLibrary library(NAME);
+  const SharedLibrary library({"libxml2.so.2", "libxml2.so.16", "libxml2.so"});
   XmlLibrary x;
   const bool whole =
       library.find("xmlReaderForMemory", x.readerForMemory) && library.find("xmlTextReaderRead", x.read) &&

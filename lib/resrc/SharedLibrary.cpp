@@ -6,9 +6,12 @@
 
 namespace KYV {
 
-SharedLibrary::SharedLibrary(const char* name) {
-  handle = name ? dlopen(name, RTLD_LAZY | RTLD_LOCAL) : nullptr;
-  if (!handle) Kyv::outWarning("Library %s cannot be loaded: install it\n", name ? name : "");
+SharedLibrary::SharedLibrary(std::initializer_list<const char*> names) {
+  for (const char* name : names) {
+    handle = dlopen(name, RTLD_LAZY | RTLD_LOCAL);
+    if (handle) return;
+  }
+  Kyv::outWarning("Library %s cannot be loaded: install it\n", names.size() > 0 ? *names.begin() : "");
 }
 
 void* SharedLibrary::findSymbol(const char* name) const { return handle && name ? dlsym(handle, name) : nullptr; }
