@@ -124,6 +124,9 @@ class Graph : public Listener {
   int setImageAlign(int h, int v);
   int drawImage(const Image& image, float x, float y);
   int drawImage(const Image& image, int arg, float x, float y);
+  /// A picture by one of nine of its points (1 left or bottom, 2 middle, 3 right or top) at an anchor. File devices, of
+  /// whose page an image fills the whole clip rectangle, get one of the picture's size, a point for each pixel.
+  int placeImage(const Image& image, float x, float y, int halign, int valign);
   int getImage(Image& image);
   /// The width of a line of text in stroke letters, window units.
   float getTextWidth(const char* line) const;

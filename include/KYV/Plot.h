@@ -164,6 +164,8 @@ class Plot : public Listener {
   int drawImage(const char* file, float x, float y);
   /// The same beside a place: "ul" "uc" "ur" "cl" "cc" "cr" "ll" "lc", any other "lr".
   int drawImage(const char* file, float x, float y, const char* position);
+  /// Reads a picture file, beneath the resource `image_path`.
+  static int readImage(const char* file, Image& image);
   /// A picture file by "file[:position[:dx:dy]]" or "file::dx:dy": at a position of the map or, when `page` is set, of
   /// the page, moved by dx and dy of its units; 0 when it cannot be read.
   int placeImage(const char* entry, bool page);

@@ -24,25 +24,6 @@ constexpr int MAX_RAW_LINE = 200;  // characters
 
 }  // namespace
 
-// "name[:position[:dx:dy]]", placed as logos are.
-int MapPlot::drawMapImage(Plot& plot, const char* entry) {
-  String name, rest;
-  splitEntry(entry, name, rest);
-  Kyv::outMessage(8, "Map-image: %s\n", name.get());
-  if (plot.placeImage(entry, false)) return 1;
-  Kyv::outWarning("Map image not found: %s\n", name.get());
-  return 0;
-}
-
-int MapPlot::drawPageImage(Plot& plot, const char* entry) {
-  String name, rest;
-  splitEntry(entry, name, rest);
-  Kyv::outMessage(8, "Map-image: %s\n", name.get());
-  if (plot.placeImage(entry, true)) return 1;
-  Kyv::outWarning("Map image not found: %s\n", name.get());
-  return 0;
-}
-
 // Points "lat lon [name]", a line each.
 int MapPlot::drawRawFile(Plot& plot, const char* entry) {
   String name, attr, path;

@@ -367,6 +367,28 @@ int Graph::drawImage(const Image& image, int arg, float x, float y) {
   return device ? device->drawImage(image, arg, cur().tranWindowPlotX(x), cur().tranWindowPlotY(y)) : 0;
 }
 
+int Graph::placeImage(const Image& image, float x, float y, int halign, int valign) {
+  if (!device) return 0;
+  if (!isFileDevice()) {
+    device->setImageAlign(halign, valign);
+    const int drawn = drawImage(image, x, y);
+    device->setImageAlign(1, 3);
+    return drawn;
+  }
+  const GTran& t = cur();
+  const float w = static_cast<float>(image.getWidth()), h = static_cast<float>(image.getHeight());
+  const bool up = t.tranWindowPlotY(t.getWindow().ymax) > t.tranWindowPlotY(t.getWindow().ymin);
+  // Whole points: where the rectangle is widened by a fraction they stay what they are.
+  constexpr float INSIDE = 0.2f;
+  const float left = std::floor(t.tranWindowPlotX(x) - static_cast<float>(halign - 1) * w / 2.0f) + INSIDE;
+  const float above = static_cast<float>(3 - valign) * h / 2.0f;
+  const float low = std::floor(t.tranWindowPlotY(y) + (up ? above - h : -above)) + INSIDE;
+  device->setClip(left, low, left + w, low + h);
+  const int drawn = device->drawImage(image, 0.0f, 0.0f);
+  activateTran();
+  return drawn;
+}
+
 int Graph::getImage(Image& image) { return device ? device->getImage(image) : 0; }
 
 // Frames.

@@ -68,12 +68,16 @@ int Plot::drawImage(const Image& image, int arg) {
   return graph.drawImage(image, arg, window.xmin, window.ymax);
 }
 
-int Plot::drawImage(const char* file, float x, float y) {
+int Plot::readImage(const char* file, Image& image) {
   String path;
   FileTool::addPath(Kyv::resrc.get("image_path", ""), file, path);
-  Image image;
   ImageFile reader;
-  return reader.read(path.get(), image) > 0 ? graph.drawImage(image, x, y) : 0;
+  return reader.read(path.get(), image) > 0 ? 1 : 0;
+}
+
+int Plot::drawImage(const char* file, float x, float y) {
+  Image image;
+  return readImage(file, image) ? graph.drawImage(image, x, y) : 0;
 }
 
 int Plot::drawImage(const char* file, float x, float y, const char* position) {
@@ -116,7 +120,8 @@ int Plot::placeImage(const char* entry, bool page) {
   const Place& place = findPlace(position);
   const float x = w.xmin + w.width() * 0.5f * static_cast<float>(place.column) + dx;
   const float y = w.ymin + w.height() * 0.5f * static_cast<float>(place.row) + dy;
-  const int drawn = drawImage(file.get(), x, y, place.name);
+  Image image;
+  const int drawn = readImage(file.get(), image) ? graph.placeImage(image, x, y, place.column + 1, place.row + 1) : 0;
   graph.activateTran(oldTran);
   return drawn;
 }

@@ -104,6 +104,28 @@ TEST_F(PictureRun, EveryPixelHasItsPlaceOnTheMap) {
   }
 }
 
+TEST_F(PictureRun, APictureLiesWhereItsOwnMapDoes) {
+  run("-ou back.png -ge 900x600 -dr=-map,-text,-bord -pd ll,35.3,-97.3,61,41,0.1,0.1");
+  for (const char* options :
+       {"-ou over.png -ge 700x500", "-ou over.png -ge 300x300 -pd lc:90:-90:33:45,35.3,-97.3,40,30,0.1"}) {
+    SCOPED_TRACE(options);
+    run(std::string(options) + " -dr=-plot,-text,-bord -mf=-back.png");
+    const KYV::Image image = read("over.png");
+    for (const double degrees : {0.0, 45.0, 135.0, 200.0, 290.0}) {
+      EXPECT_EQ(YELLOW, colorAt(image, degrees, 110.0)) << degrees;
+      EXPECT_EQ(BLACK, colorAt(image, degrees, 80.0)) << degrees;
+    }
+    EXPECT_EQ(BLACK, colorAt(image, 90.0, 110.0));
+  }
+}
+
+TEST_F(PictureRun, LogosOnPaperCoverTheirOwnPlace) {
+  run("-ou logo.png -ge 40x30 -dr=none");
+  run("-de postscript,map.ps,color -lo if:logo.png:ll,im:logo.png:ur -dr=-map");
+  EXPECT_EQ(2, count("map.ps", "\n40 30 scale\n"));
+  EXPECT_EQ(2, count("map.ps", "/picstr 40 string def\n"));
+}
+
 TEST_F(PictureRun, OptionsOfPictures) {
   run("-ou png:plain -ti 'My map' -iv yes");
   const KYV::Image image = read("plain");
