@@ -12,7 +12,9 @@ struct DataPlane {
   /// @param place  of the radar
   DataPlane(const DomainVal& val, const EarthPoint& place, Plot& surface)
       : dom(val), radar(place), plot(surface), sameProjection(DomainVal::compareProj(surface.getDomain(), dom)) {
+    constexpr float QUARTER_KM = 0.25f;
     dom.tran(radar, centre);
+    if (dom.proj != DomainVal::PIXEL) quarter = QUARTER_KM / 100.0f * dom.getMapFactor(radar);
   }
 
   /// A point of the data's plane on the plot's; missing where the plot's map cannot show it.
@@ -26,14 +28,12 @@ struct DataPlane {
   /// The I and J of packets other than images: quarter kilometres east and north of the radar, display pixels in a wind
   /// profile.
   Point fromIJ(float i, float j) const {
-    constexpr float QUARTER_KM = 0.25f;
     Point p;
     if (dom.proj == DomainVal::PIXEL) {
       dom.tran(EarthPoint(i, j), p);
       return toPlot(p);
     }
-    const float unit = QUARTER_KM / 100.0f * dom.getMapFactor(radar);
-    return toPlot(Point(centre.x + i * unit, centre.y + j * unit));
+    return toPlot(Point(centre.x + i * quarter, centre.y + j * quarter));
   }
   /// Lines of a display page in units of the plot's domain.
   float displayLines(float lines) const {
@@ -45,7 +45,8 @@ struct DataPlane {
   EarthPoint radar;
   Plot& plot;
   bool sameProjection;
-  Point centre;
+  Point centre;          // of the radar
+  float quarter = 0.0f;  // of a kilometre, units of the data's plane
 };
 
 }  // namespace KYV

@@ -112,18 +112,23 @@ int RadMap::getInitDate(Date& date) {
   return file.getDate(date);
 }
 
-// The parameter string with the names that follow "va=" made one item of, "va=cid,comp,site" to "va=cid/comp,site":
-// some of them begin as keys do.
+// The parameter string with the names that follow "va=" made one item of, "va=cid,comp,site" to "va=cid/comp","site":
+// some of them begin as keys do. Every item is quoted, as those that hold commas were.
 String RadMap::joinVariables(const char* params) {
   const Strings items(params, ',');
   String joined;
   bool open = false;
   for (int i = 0; i < items.getNum(); ++i) {
-    const char* item = StrLib::valid(items.getString(i)) ? items.getString(i) : "";
-    open = StrLib::equal(item, "va", 2) || (open && isVariable(item));
-    if (i > 0) joined.append(open && !StrLib::equal(item, "va", 2) ? '/' : ',');
+    const char* item = items.getString(i);
+    if (!StrLib::valid(item)) continue;
+    const bool begins = StrLib::equal(item, "va", 2);
+    const bool goesOn = open && !begins && isVariable(item);
+    if (joined.valid()) joined.append(goesOn ? "/" : "\",");
+    if (!goesOn) joined.append('"');
     joined.append(item);
+    open = begins || goesOn;
   }
+  if (joined.valid()) joined.append('"');
   return joined;
 }
 

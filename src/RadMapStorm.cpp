@@ -40,6 +40,9 @@ constexpr const char* TVS = "co=red,wi=2";
 constexpr const char* ETVS = "co=lred,wi=2";
 constexpr const char* NOTHING = "co=white,wi=2";
 
+// Positions of a track, by NidsShape::Time.
+constexpr const char* MARKS[] = {"circle", "x", "plus"};
+
 }  // namespace
 
 const char* RadMap::getUnits(const char* attr) {
@@ -248,11 +251,7 @@ void RadMap::drawShapes(Plot& surface) {
         if (bare) datum(p, Datum::TEXT, s.text, "ul");
         break;
       case NidsShape::MARK:
-        datum(p, Datum::SYMBOL,
-              s.time == NidsShape::NOW    ? "circle"
-              : s.time == NidsShape::PAST ? "x"
-                                          : "plus",
-              "hi=0.5");
+        datum(p, Datum::SYMBOL, MARKS[s.time], "hi=0.5");
         break;
       case NidsShape::MESO:
         circle(s, p, MESO);

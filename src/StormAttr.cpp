@@ -1,7 +1,6 @@
 #include "KYV/StormAttr.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstdio>
 #include <cstring>
 
@@ -13,7 +12,7 @@ namespace {
 
 // Columns of the attribute table, from 0.
 constexpr int PROBABILITIES = 26;
-constexpr int SIZE_SIGN = 34;  // in products with a blank before each line, where all stands one further right, 35
+constexpr int SIZE_SIGN = 34;  // '<'; in column 35 where a blank stands before each line
 constexpr int SIZE = 35;
 constexpr int VALUES = 42;
 constexpr int MOVEMENT = 62;
@@ -22,7 +21,11 @@ constexpr float SMALL_HAIL = 0.25f;  // stands for "<0.50", inches
 constexpr int TVS_FOUND = 10;        // of a table that tells no number
 constexpr int HAIL_POSITIVE = 100, HAIL_PROBABLE = 50;
 
-constexpr const char* LAYOUT_MARKS[] = {"VLOW", "VIL", "NO STORM"};
+// What a header line tells the layout by, tried in this order.
+constexpr struct {
+  const char* mark;
+  StormAttr::Type type;
+} LAYOUTS[] = {{"VLOW", StormAttr::STRUCTURE}, {"VIL", StormAttr::ATTRIBUTES}, {"NO STORM", StormAttr::NONE}};
 
 // The number of a word of digits alone, 0 for any other.
 int digits(const char* word) {
@@ -36,20 +39,17 @@ int digits(const char* word) {
 }  // namespace
 
 int StormAttr::init() {
-  const int layout = type;
   id[0] = '\0';
   ang = rad = dir = spd = Const::MISS;
   tvs = meso = hail = shail = 0;
   hsize = vil = dbzm = dbzht = vlow = tops = mass = 0.0f;
   kft = false;
-  type = layout;
   return 1;
 }
 
 int StormAttr::checkType(const char* line) {
-  constexpr int TYPES[] = {STRUCTURE, ATTRIBUTES, NONE};
-  for (std::size_t i = 0; i < std::size(LAYOUT_MARKS); ++i) {
-    if (line && std::strstr(line, LAYOUT_MARKS[i])) return type = TYPES[i], 1;
+  for (const auto& layout : LAYOUTS) {
+    if (line && std::strstr(line, layout.mark)) return type = layout.type, 1;
   }
   return 0;
 }

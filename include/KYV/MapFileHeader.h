@@ -7,9 +7,12 @@ namespace KYV {
 
 /// The header of one segment of a map file.
 struct MapFileHeader {
+  /// The feature code of a labelled place.
+  static constexpr int PLACE = 1;
+
   int num = 0;             // points
   EarthRange range;        // that they lie in, degrees
-  int attr = Const::MISS;  // feature code; 1 is a labelled place
+  int attr = Const::MISS;  // feature code
   char name[50] = "";
 
   int init() { return *this = MapFileHeader(), 1; }

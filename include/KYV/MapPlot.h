@@ -12,9 +12,6 @@
 
 namespace KYV {
 
-struct MapFileHeader;
-class MapFile;
-
 /// The geographic background, under or over the data: line maps from files, pictures, land and background colour,
 /// latitude-longitude lines. What is drawn at which scale is told by a map list, whose entries docs/maps.md describes.
 class MapPlot : public Drawing {
@@ -90,7 +87,7 @@ class MapPlot : public Drawing {
   void useText(Plot& plot, const PlotAttr& attr);
   bool drawName(Plot& plot, const Point& p, const char* name);
   void drawParallel(Plot& plot, float lat);
-  void drawMeridian(Plot& plot, float lon);
+  void drawMeridian(Plot& plot, float lon, float high);
 
   int def = 1;
   int type = 0;
@@ -107,11 +104,10 @@ class MapPlot : public Drawing {
   String color_line;
   String color_latlon;
 
-  EarthPoints places;         // reused
-  Points line;                // reused
-  std::vector<Rect> labels;   // drawn by the map list or map file in hand, plot units
-  bool in_list = false;       // whether a map list is being drawn
-  float meridian_low = 0.0f;  // latitude that meridians end at, north and south
+  EarthPoints places;        // reused
+  Points line;               // reused
+  std::vector<Rect> labels;  // drawn by the map list or map file in hand, plot units
+  bool in_list = false;      // whether a map list is being drawn
 };
 
 }  // namespace KYV

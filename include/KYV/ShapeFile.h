@@ -57,6 +57,7 @@ class ShapeFile {
   // The record in hand.
   EarthRange range;
   std::vector<int> starts;  // first points of its parts, and the number of its points
+  std::size_t record = 0;   // its first byte
   std::size_t part = 0;     // next one
   std::size_t base = 0;     // byte of its first point
   std::size_t end = 0;      // byte after it

@@ -17,7 +17,6 @@ namespace KYV {
 
 namespace {
 
-constexpr int LABEL = 1;  // attribute of a place
 // Nothing is fetched, no entity put in and no external definition read; faults are told once, by us.
 constexpr int OPTIONS = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
@@ -102,7 +101,7 @@ bool KmlFile::takeCoordinates(const char* text, const char* name, bool place) {
   }
   if (points.size() == segment.first || points.size() > INT_MAX) return false;
   segment.header.num = static_cast<int>(points.size() - segment.first);
-  if (place) segment.header.attr = LABEL;
+  if (place) segment.header.attr = MapFileHeader::PLACE;
   StrLib::copy(segment.header.name, name);
   segments.push_back(segment);
   return true;

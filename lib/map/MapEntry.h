@@ -7,6 +7,9 @@ namespace KYV {
 
 class Domain;
 
+/// How latitude-longitude lines look unless told otherwise.
+inline constexpr const char* LATLON_ATTR = "magenta:st=4";
+
 /// Passes over the conditions that a map entry begins with.
 /// @param text   after the sign
 /// @param holds  receives whether the domain meets them all

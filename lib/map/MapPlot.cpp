@@ -22,7 +22,6 @@ namespace {
 
 constexpr const char* DEFAULT_LIST = "kyv.map";
 constexpr const char* LIST_ENDING = "mpl";
-constexpr const char* DEFAULT_LATLON = "magenta:st=4";
 constexpr float DEFAULT_STEP = 5.0f;  // degrees
 constexpr int MAX_WORD = 79;          // characters of a word of a list file
 constexpr int MAX_ENTRIES = 10000;    // of a list file; a list is read for every frame
@@ -125,7 +124,7 @@ int MapPlot::draw(Plot& plot) {
   }
   in_list = false;
   if (!Const::isMissing(lat_step) && !Const::isMissing(lon_step)) {
-    useText(plot, PlotAttr(color_latlon.valid() ? color_latlon.get() : DEFAULT_LATLON));
+    useText(plot, PlotAttr(color_latlon.valid() ? color_latlon.get() : LATLON_ATTR));
     drawLatLon(plot, lat_step, lon_step);
   }
   return 1;

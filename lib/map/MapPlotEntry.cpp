@@ -16,7 +16,6 @@ namespace KYV {
 namespace {
 
 constexpr const char* STANDARD_COLOR = "white";
-constexpr const char* LATLON_COLOR = "magenta:st=4";
 constexpr float SYMBOL_SIZE = 0.03f;  // of the plot's height
 constexpr int MAX_GRID_LINES = 1000;
 constexpr int MAX_RAW_POINTS = 100000;
@@ -105,7 +104,7 @@ int MapPlot::drawLatLonEntry(Plot& plot, const char* entry) {
   String name, attr;
   splitEntry(entry + used, name, attr);
   plot.message("Map-lalo: %.1f,%.1f", static_cast<double>(lat), static_cast<double>(lon));
-  useText(plot, PlotAttr(attr.valid() ? attr.get() : LATLON_COLOR));
+  useText(plot, PlotAttr(attr.valid() ? attr.get() : LATLON_ATTR));
   return drawLatLon(plot, lat, lon);
 }
 

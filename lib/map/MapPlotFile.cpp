@@ -17,7 +17,6 @@ namespace KYV {
 
 namespace {
 
-constexpr int LABEL = 1;              // attribute of a place
 constexpr float LETTER_WIDTH = 0.8f;  // of a name, about, in text heights
 constexpr float NAME_RISE = 0.4f;     // of a name above its mark, text heights
 constexpr float MARK_SIZE = 0.35f;    // of a place, text heights
@@ -158,8 +157,7 @@ int MapPlot::drawMapFile(Plot& plot, const char* entry) {
 
 int MapPlot::draw(Plot& plot, const char* file) {
   const Domain& domain = plot.getDomain();
-  const bool map = domain.proj >= DomainVal::PSTEREO && domain.proj <= DomainVal::SAT;
-  if (!map && domain.proj != DomainVal::XY) return 0;
+  if (!isMapProjection(domain.proj) && domain.proj != DomainVal::XY) return 0;
   MapFile source;
   if (!source.open(file)) {
     Kyv::outWarning("Map file not found or damaged: %s\n", file);
@@ -182,7 +180,7 @@ int MapPlot::draw(Plot& plot, const char* file) {
       if (e.isMissing() || !domain.tran(e, p)) p.setMissing();
       line.add(p);
     }
-    if (line.getNum() == 1 && header.attr == LABEL) {
+    if (line.getNum() == 1 && header.attr == MapFileHeader::PLACE) {
       Point p = line[0];
       domain.adjust(p);
       drawName(plot, p, header.name);

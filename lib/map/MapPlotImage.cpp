@@ -7,6 +7,7 @@
 #include "KYV/MapPlot.h"
 #include "KYV/Plot.h"
 #include "MapEntry.h"
+#include "MapView.h"
 
 namespace KYV {
 
@@ -72,8 +73,7 @@ int MapPlot::drawMapImage(Plot& plot, const char* entry) {
   } else {
     Image image, warped;
     if (Plot::readImage(name.get(), image)) {
-      const int proj = plot.getProj();
-      const bool map = proj >= DomainVal::PSTEREO && proj <= DomainVal::RADIAL && image.getDomain().isSet();
+      const bool map = isMapProjection(plot.getProj()) && image.getDomain().isSet();
       Graph& graph = plot.getGraph();
       const Rect window = graph.getWindow();
       drawn = graph.placeImage(map && warpImage(image, plot, warped) ? warped : image, window.xmin, window.ymax, 1, 3);

@@ -6,6 +6,7 @@
 #include "KYV/Kyv.h"
 #include "KYV/MapPlot.h"
 #include "KYV/Plot.h"
+#include "MapView.h"
 
 namespace KYV {
 
@@ -17,8 +18,6 @@ constexpr int TRACE = 1;               // degrees between the points of a parall
 constexpr float SEGMENT = 2.5f;        // degrees of latitude of a piece of a meridian
 constexpr float LARGE = 90.0f;         // heights of maps that are labelled in their middle as well, plot units
 constexpr float LARGE_MERC = 140.0f;
-
-bool isMap(const Domain& domain) { return domain.proj >= DomainVal::PSTEREO && domain.proj <= DomainVal::SAT; }
 
 // "EQ", "30S", "30N".
 void nameLatitude(float lat, char (&text)[20]) {
@@ -59,19 +58,18 @@ void MapPlot::useText(Plot& plot, const PlotAttr& attr) {
 }
 
 int MapPlot::drawLatLon(Plot& plot, float lat, float lon) {
-  if (!isMap(plot.getDomain()) || Const::isMissing(lat) || Const::isMissing(lon)) return 0;
+  if (!isMapProjection(plot.getProj()) || Const::isMissing(lat) || Const::isMissing(lon)) return 0;
   if (!(lat >= MIN_STEP && lon >= MIN_STEP)) {
     Kyv::outWarning("Map: latitude-longitude lines stand at least %.1f degree apart\n", static_cast<double>(MIN_STEP));
     return 0;
   }
   plot.setTextAlign(1, 3);
-  meridian_low = 90.0f - lat;
   // Counted, so that the spacing's rounding does not add up.
   for (int i = 1; static_cast<float>(i) * lat < 180.0f; ++i) drawParallel(plot, -90.0f + static_cast<float>(i) * lat);
   const bool both = plot.getProj() == DomainVal::LATLON || plot.getProj() == DomainVal::MERC;
   for (int i = 0; static_cast<float>(i) * lon <= 360.0f; ++i) {
     const float at = -180.0f + static_cast<float>(i) * lon;
-    if (at < 180.0f || both) drawMeridian(plot, at);
+    if (at < 180.0f || both) drawMeridian(plot, at, 90.0f - lat);
   }
   return 1;
 }
@@ -124,7 +122,8 @@ void MapPlot::drawParallel(Plot& plot, float lat) {
   }
 }
 
-void MapPlot::drawMeridian(Plot& plot, float lon) {
+// Between the latitudes -high and high.
+void MapPlot::drawMeridian(Plot& plot, float lon, float high) {
   const Domain& domain = plot.getDomain();
   const Rect window = plot.getGraph().getWindow();
   const float edge = window.ymin + MARGIN * window.width();
@@ -136,11 +135,11 @@ void MapPlot::drawMeridian(Plot& plot, float lon) {
   };
 
   bool labelled = false;
-  const float low = -meridian_low;
-  for (int i = 0; low + static_cast<float>(i) * SEGMENT < meridian_low; ++i) {
+  const float low = -high;
+  for (int i = 0; low + static_cast<float>(i) * SEGMENT < high; ++i) {
     const float south = low + static_cast<float>(i) * SEGMENT;
     Point p, q;
-    if (!at(south, p) || !at(std::fmin(south + SEGMENT, meridian_low), q)) continue;
+    if (!at(south, p) || !at(std::fmin(south + SEGMENT, high), q)) continue;
     plot.drawLine(p, q);
     if (labelled || (p.y < edge) == (q.y < edge)) continue;
     Point crossing(p.x + (q.x - p.x) * (edge - p.y) / (q.y - p.y), edge);

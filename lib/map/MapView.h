@@ -6,6 +6,9 @@
 
 namespace KYV {
 
+/// Whether a plot is a map of the earth.
+inline bool isMapProjection(int proj) { return proj >= DomainVal::PSTEREO && proj <= DomainVal::SAT; }
+
 /// What part of the earth a domain shows, for passing over most segments of a map file without projecting them.
 class MapView {
  public:

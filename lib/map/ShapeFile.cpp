@@ -31,8 +31,6 @@ constexpr bool hasParts(int type) {
   return type == POLYLINE || type == POLYGON || type == POLYLINE_Z || type == POLYGON_Z;
 }
 
-constexpr int LABEL = 1;  // attribute of a place
-
 float toDegrees(double value) { return std::abs(value) <= MAX_DEGREES ? static_cast<float>(value) : Const::MISS; }
 
 // Little-endian numbers as the format writes them.
@@ -89,11 +87,12 @@ int ShapeFile::seek(int n) {
   for (int i = 0; i <= n; ++i) {
     if (readHeader(header) <= 0) return 0;
   }
-  // Back before the part that was found.
-  if (part > 0)
+  // Back before the part, or the point, that was found.
+  if (part > 0) {
     --part;
-  else
-    bytes.seek(end);
+  } else {
+    end = record;
+  }
   left = 0;
   return 1;
 }
@@ -132,6 +131,7 @@ int ShapeFile::fail(const char* what) {
 // The next record that has parts: its range and where its parts begin.
 int ShapeFile::readRecord() {
   int number = 0, length = 0, type = 0;
+  record = bytes.tell();
   Kyv::outDebug(4, "Tell: %d\n", static_cast<int>(std::min<std::size_t>(bytes.tell(), INT_MAX)));
   if (!bytes.readBig(number) || !bytes.readBig(length)) return fail("no record");
   const std::size_t content = bytes.tell();
@@ -179,7 +179,7 @@ int ShapeFile::readPoint(MapFileHeader& header) {
   const std::size_t place = bytes.tell();
   if (!bytes.readLittle(lon) || !bytes.readLittle(lat)) return fail("no point");
   header.num = left = 1;
-  header.attr = LABEL;
+  header.attr = MapFileHeader::PLACE;
   header.range = {toDegrees(lat), toDegrees(lat), toDegrees(lon), toDegrees(lon)};
   end = bytes.tell();
   bytes.seek(place);

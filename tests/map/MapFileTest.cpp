@@ -212,6 +212,10 @@ TEST(ShapeFile, EveryPartIsASegment) {
   EXPECT_EQ(3, points.getNum());
   EXPECT_FLOAT_EQ(-100.0f, h.range.min_lon);
   EXPECT_FLOAT_EQ(40.0f, h.range.max_lat);
+  ASSERT_EQ(1, file.seek(4));
+  ASSERT_EQ(1, file.read(h, points));
+  EXPECT_EQ(1, points.getNum());
+  EXPECT_EQ(0, file.seek(5));
 }
 
 TEST(ShapeFile, WhatIsWrittenIsReadAgain) {

@@ -147,6 +147,10 @@ TEST_F(StormRun, VariablesMayStandAmongParameters) {
   EXPECT_EQ(nothing, strokes("-pa va=cid,track,plot")) << "the item plot clears the data";
   // Names that begin as other keys do keep to themselves: the image keeps its colours.
   EXPECT_EQ(360u * 20u, draw("-pa va=cid,comp,ctop -dr=-map,-text,-bord").getPaths(YELLOW, true).size() - 1u);
+  // Quoted items keep their commas.
+  EXPECT_EQ(both, strokes("-pa '\"va=cid,track\",nodist'"));
+  EXPECT_EQ(360u * 20u,
+            draw("-pa '\"co=-100:off,30:blue\",va=cid,comp' -dr=-map,-text,-bord").getPaths(BLUE, true).size() - 1u);
   strokes("-va nonsense,cid");
   EXPECT_NE(std::string::npos, said.find("nonsense"));
 }
