@@ -220,17 +220,61 @@ void RasterPaint::dot(Pixel p, int w) {
   }
 }
 
+// A convex polygon whose corners lie between pixels: those whose centres it holds, the left and upper edges included.
+void RasterPaint::fillReal(std::span<const Place> corners) {
+  double top = corners[0].y, bottom = top;
+  for (const Place& c : corners) top = std::min(top, c.y), bottom = std::max(bottom, c.y);
+  const auto first = [](double v) { return static_cast<int>(std::ceil(v)); };
+  const int last = std::min(first(bottom) - 1, clip.y1);
+  for (int y = std::max(first(top), clip.y0); y <= last; ++y) {
+    double left = INFINITY, right = -INFINITY;
+    Place before = corners.back();
+    for (const Place& c : corners) {
+      const Place high = before.y < c.y ? before : c, low = before.y < c.y ? c : before;
+      before = c;
+      if (high.y == low.y || y < high.y || y > low.y) continue;
+      const double x = high.x + (low.x - high.x) * (y - high.y) / (low.y - high.y);
+      left = std::min(left, x);
+      right = std::max(right, x);
+    }
+    if (left < right) span(y, first(left), first(right) - 1);
+  }
+}
+
+// Half the width of a line across its direction.
+RasterPaint::Place RasterPaint::across(Pixel a, Pixel b, int w) {
+  const double dx = b.x - a.x, dy = b.y - a.y, length = std::hypot(dx, dy);
+  if (length == 0.0) return {0.0, 0.0};
+  return {-dy / length * w / 2.0, dx / length * w / 2.0};
+}
+
 void RasterPaint::wide(Pixel a, Pixel b, int w) {
-  const float dx = static_cast<float>(b.x - a.x), dy = static_cast<float>(b.y - a.y);
-  const float length = std::hypot(dx, dy);
-  if (length == 0.0f) return;
-  const float nx = -dy / length * static_cast<float>(w - 1) / 2.0f, ny = dx / length * static_cast<float>(w - 1) / 2.0f;
-  const auto at = [](float v) { return static_cast<int>(std::lround(v)); };
-  const auto move = [&](Pixel p, float side) {
-    return Pixel{at(static_cast<float>(p.x) + side * nx), at(static_cast<float>(p.y) + side * ny)};
-  };
-  const Pixel quad[] = {move(a, 1.0f), move(b, 1.0f), move(b, -1.0f), move(a, -1.0f)};
-  fill(quad);
+  const Place n = across(a, b, w);
+  const Place corners[] = {
+      {a.x + n.x, a.y + n.y}, {b.x + n.x, b.y + n.y}, {b.x - n.x, b.y - n.y}, {a.x - n.x, a.y - n.y}};
+  fillReal(corners);
+}
+
+// The mitred corner between two pieces of a wide line.
+void RasterPaint::join(Pixel a, Pixel b, Pixel c, int w) {
+  Place n = across(a, b, w), m = across(b, c, w);
+  // The outer side of the turn.
+  const double turn = n.x * m.y - n.y * m.x;
+  if (turn == 0.0) return;
+  if (turn > 0.0) n = {-n.x, -n.y}, m = {-m.x, -m.y};
+  const double sx = n.x + m.x, sy = n.y + m.y, square = sx * sx + sy * sy, half = w / 2.0;
+  // Where the outer edges meet; sharper turns than 11 degrees are cut off.
+  constexpr double LIMIT = 0.0093;  // square of the sine of half of them
+  const double stretch = square > 4.0 * half * half * LIMIT ? 2.0 * half * half / square : 0.0;
+  const double bx = b.x, by = b.y;
+  const Place corners[] = {
+      {bx, by}, {bx + n.x, by + n.y}, {bx + stretch * sx, by + stretch * sy}, {bx + m.x, by + m.y}};
+  const Place bevel[] = {corners[0], corners[1], corners[3]};
+  if (stretch > 0.0) {
+    fillReal(corners);
+  } else {
+    fillReal(bevel);
+  }
 }
 
 void RasterPaint::segment(Pixel a, Pixel b, int w) {
@@ -246,7 +290,8 @@ void RasterPaint::line(std::span<const Pixel> points, int w, std::span<const std
   if (solid) {
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
       segment(points[i], points[i + 1], w);
-      if (w > 2 && (round || i > 0)) dot(points[i], w);
+      if (w > 2 && round) dot(points[i], w);
+      if (w > 1 && !round && i > 0) join(points[i - 1], points[i], points[i + 1], w);
     }
     if (w > 2 && round) dot(points.back(), w);
     return;
@@ -264,8 +309,9 @@ void RasterPaint::line(std::span<const Pixel> points, int w, std::span<const std
         return Pixel{a.x + static_cast<int>(std::lround(static_cast<float>(b.x - a.x) * t / length)),
                      a.y + static_cast<int>(std::lround(static_cast<float>(b.y - a.y) * t / length))};
       };
-      // A dash ends one pixel before the gap.
-      if (dash % 2 == 0) segment(point(at), point(std::max(at, end - (end < length ? 1.0f : 0.0f))), w);
+      // A thin dash, which has both its ends, stops one pixel before the gap.
+      const float back = w <= 1 && end < length ? 1.0f : 0.0f;
+      if (dash % 2 == 0) segment(point(at), point(std::max(at, end - back)), w);
       rest -= end - at;
       at = end;
       if (rest <= 0.0f) {

@@ -43,7 +43,14 @@ class RasterPaint {
 
   void span(int y, int x0, int x1);
   void thin(Pixel a, Pixel b);
+  struct Place {
+    double x, y;
+  };
+
+  void fillReal(std::span<const Place> corners);
+  static Place across(Pixel a, Pixel b, int width);
   void wide(Pixel a, Pixel b, int width);
+  void join(Pixel a, Pixel b, Pixel c, int width);
   void dot(Pixel p, int width);
   void segment(Pixel a, Pixel b, int width);
   static bool isConvex(std::span<const Pixel> points);

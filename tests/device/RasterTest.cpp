@@ -85,10 +85,10 @@ TEST_F(RasterTest, LinesFillsPatternsAndClips) {
   raster.setLineWidth(Device::LINE, 3);
   raster.drawLine(Device::LINE, path({{0, 3}, {9, 3}}));
   EXPECT_EQ(
-      (std::vector<std::string>{"..........", "##########", "##########", "##########", ".........."}),
+      (std::vector<std::string>{"..........", "#########.", "#########.", "#########.", ".........."}),
       (std::vector<std::string>{rows(raster)[1], rows(raster)[2], rows(raster)[3], rows(raster)[4], rows(raster)[5]}));
   raster.clearRect(KYV::Rect(2, 2, 4, 9));
-  EXPECT_EQ("##...#####", rows(raster)[3]);
+  EXPECT_EQ("##...####.", rows(raster)[3]);
   const float bad = std::numeric_limits<float>::quiet_NaN(), far = 1e30f;
   EXPECT_EQ(0, raster.drawLine(Device::LINE, 0, 0, bad, 1));
   EXPECT_EQ(0, raster.drawFill(Device::FILL, path({{0, 0}, {1, bad}, {2, 2}})));

@@ -129,6 +129,39 @@ TEST_F(XWindowTest, PicturesInMemoryAreThoseOfTheWindow) {
               d.setClip(30, 20, 250, 170);
               for (int i = 0; i < 60; ++i) d.drawLine(Device::LINE, wide(same), wide(same), wide(same), wide(same));
             }));
+  EXPECT_EQ(0, differ([&](Device& d) {
+              for (int i = 0; i < 5; ++i) {
+                d.setLineWidth(Device::LINE, static_cast<float>(i + 2));
+                const float at = 20.0f * static_cast<float>(i + 1);
+                d.drawLine(Device::LINE, 10.0f, at, 60.0f, at);
+                d.drawLine(Device::LINE, 70.0f + at, 20.0f, 70.0f + at, 90.0f);
+                d.setLineStyle(Device::LINE, i + 1);
+                d.drawLine(Device::LINE, 10.0f, 95.0f + at, 250.0f, 95.0f + at);
+                d.setLineStyle(Device::LINE, Device::SOLID);
+              }
+              d.setLineWidth(Device::LINE, 0.0f);
+            }));
+  // Lines of some width, single ones and the outline of a small symbol.
+  for (const float width : {2.0f, 3.0f, 5.0f}) {
+    SCOPED_TRACE(width);
+    const auto lines = [&](Device& d) {
+      std::mt19937 same(8);
+      std::uniform_real_distribution<float> at(20.0f, 180.0f);
+      d.setLineWidth(Device::LINE, width);
+      for (int i = 0; i < 10; ++i) d.drawLine(Device::LINE, at(same), at(same), at(same), at(same));
+      for (const float size : {4.0f, 6.0f, 9.0f, 15.0f, 30.0f}) {
+        Points circle;
+        for (int i = 0; i <= 12; ++i) {
+          const float angle = static_cast<float>(i) * 3.14159265f / 6.0f;
+          circle.add(235.0f + size * std::cos(angle), 30.0f + 4.0f * size + size * std::sin(angle));
+        }
+        d.drawLine(Device::LINE, circle);
+      }
+      d.setLineWidth(Device::LINE, 0.0f);
+    };
+    // Of some 3000 to 7000: the server counts in its own fractions of a pixel.
+    EXPECT_LE(differ(lines), 20);
+  }
   Image image;
   image.set(20, 10, 24);
   image.allocData();
