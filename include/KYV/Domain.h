@@ -1,6 +1,8 @@
 #ifndef KYV_DOMAIN_H
 #define KYV_DOMAIN_H
 
+#include <vector>
+
 #include "KYV/DomainVal.h"
 #include "KYV/EarthPoint.h"
 #include "KYV/GridPoint.h"
@@ -93,8 +95,9 @@ class Domain : public DomainVal {
   float adjustDir(float dir, const Point& p) const;
   float unadjustDir(float dir, const EarthPoint& e) const;
   float unadjustDir(float dir, const Point& p) const;
-  /// The place `dist` km from e in direction `dir` (degrees from north): a straight step on the plane, its length dist
-  /// / 100 times the map factor at e.
+  /// The place `dist` km from e along the great circle that leaves in direction `dir` (degrees from north); on a plane
+  /// that is no map of the earth a straight step. 0 where e or the step is missing or longer than once around the
+  /// earth.
   int offsetLatLon(const EarthPoint& e, float dir, float dist, EarthPoint& to) const;
   /// The same from and to plot points.
   int offset(const Point& p, float dir, float dist, Point& to) const;
@@ -110,12 +113,17 @@ class Domain : public DomainVal {
   /// seam into view
   int wrapLine(Points& points) const;
   int offsetLine(Points& points, int n) const;
+  /// Cuts a filled outline at the seam; one around a pole is closed along it.
+  /// @param pieces  receives its parts on the map, and those again that the limits show beyond the seam
+  /// @return false when the outline can be filled as it is: it does not reach the seam, nor do the limits
+  bool wrapFill(const Points& outline, std::vector<Points>& pieces) const;
 
   using DomainVal::print;
   /// "(%f,%f)-(%f,%f)\n" on standard output.
   int printLimits() const { return limits.print(); }
 
  private:
+  struct Seam;              // where the map is cut open
   struct Formula;           // the projections' formulas, one table row each, seen by the sources alone
   friend struct DomainVal;  // whose names stand in the same rows
 

@@ -57,8 +57,6 @@ class MapPlot : public Drawing {
   /// Draws parallels and meridians with their labels.
   /// @param lat, lon  spacing, degrees, at least MIN_STEP
   int drawLatLon(Plot& plot, float lat, float lon);
-  /// Draws an outline: filled where that is wanted and it is closed, else as a line. A missing point lifts the pen.
-  int drawSegment(Plot& plot, const Points& points);
   /// Draws one entry of a map list, provided that its sign and its conditions hold.
   /// @param type  as the item `over` (2) or `under` (1) sets it
   int process(Plot& plot, const char* entry, int type);
@@ -83,6 +81,7 @@ class MapPlot : public Drawing {
   int drawGrid(Plot& plot, const char* entry);
   int drawLatLonEntry(Plot& plot, const char* entry);
   int drawBackground(Plot& plot, const char* entry);
+  int drawSegment(Plot& plot);
   void setStep(const char* text);
   void useText(Plot& plot, const PlotAttr& attr);
   bool drawName(Plot& plot, const Point& p, const char* name);
@@ -104,8 +103,8 @@ class MapPlot : public Drawing {
   String color_line;
   String color_latlon;
 
-  EarthPoints places;        // reused
-  Points line;               // reused
+  EarthPoints places;        // of the segment in hand
+  Points line;               // the same on the plot; a missing point lifts the pen
   std::vector<Rect> labels;  // drawn by the map list or map file in hand, plot units
   bool in_list = false;      // whether a map list is being drawn
 };

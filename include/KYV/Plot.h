@@ -141,12 +141,15 @@ class Plot : public Listener {
   int drawSpline(const EarthPoints& points);
   int drawRect(const Rect& r);
   int drawCircle(const Point& p, float r);
-  /// @param r  km
+  /// The places r km from e.
   int drawCircle(const EarthPoint& e, float r);
+  /// On a map a polygon that reaches its seam is cut there.
   int drawFill(const Points& points);
   int drawFill(const Rect& r);
   int drawFill(const EarthPoints& points);
   int drawFillarea(const Points& points) { return drawFill(points); }
+  /// A filled outline of any size on the map, of which devices get the part in the window: some count in 16 bits.
+  int drawArea(const Points& outline);
   int drawText(const Point& p, const char* text);
   int drawText(float x, float y, const char* text) { return drawText(Point(x, y), text); }
   int drawText(const EarthPoint& e, const char* text);
@@ -354,6 +357,7 @@ class Plot : public Listener {
   std::vector<FrameText> frame_texts;  // of each frame, or of the surface without frames
   Points work;                         // reused by the primitives
   Points piece;
+  std::vector<Points> parts;
 };
 
 }  // namespace KYV

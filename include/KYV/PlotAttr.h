@@ -31,6 +31,8 @@ struct PlotAttr {
   int parse(const char* text);
   /// Copies what is set in the other one, shadow and label excepted.
   int update(const PlotAttr& other);
+  /// White to black, light grey to dark and dark to light: what stands out on black is faint on white paper.
+  void turnGreys();
   /// A colour is named, and it is not "off" or the like.
   bool validColor() const;
   int print() const;

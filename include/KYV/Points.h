@@ -32,6 +32,8 @@ class Points {
   int offset(float dx, float dy);
   /// Whether p lies inside the polygon of the points (even-odd rule).
   bool within(const Point& p) const;
+  /// The part of the polygon that a rectangle shows, which runs along the rectangle's edges where it was cut.
+  Points clip(const Rect& r) const;
   /// The bounding box of all points that lift no pen; 0 when there are none.
   int getBounds(Rect& r) const;
   /// The middle of the bounding box; 0 when there are no points.

@@ -129,16 +129,19 @@ float Domain::unadjustDir(float dir, const Point& p) const {
 int Domain::offsetLatLon(const EarthPoint& e, float dir, float dist, EarthPoint& to) const {
   const EarthPoint from = e;  // may be the same object
   to.setMissing();
-  // Azimuth and range are no plane to step on; the map they are taken from is.
-  const Formula& formula = Formula::of(proj == RADIAL ? static_cast<int>(PSTEREO) : proj);
-  const float factor = getMapFactor(from), angle = adjustDir(dir, from);
-  if (Const::isMissing(dist) || Const::isMissing(factor) || Const::isMissing(angle)) return 0;
-  const Formula::Xy xy = formula.forward(*this, formula.place(*this, from));
-  const double step = dist / 100.0 * factor;
-  const double x = xy.x + step * std::sin(RAD * angle), y = xy.y + step * std::cos(RAD * angle);
-  const Formula::Place at = formula.inverse(*this, {x, y});
-  if (!Formula::isUsable(x, y) || !Formula::isUsable(at.lat, at.dlon)) return 0;
-  to = formula.point(*this, at);
+  if (from.isMissing() || Const::isMissing(dir) || Const::isMissing(dist) || !Formula::isReady(*this)) return 0;
+  if (!Formula::of(proj).earth) {
+    Point p, q;
+    return tran(from, p) && offset(p, dir, dist, q) && tran(q, to);
+  }
+  // The great circle that leaves in this direction.
+  const double angle = dist / 100.0 / earth_rad, azimuth = RAD * dir, lat = RAD * from.lat;
+  if (!(std::abs(angle) <= 2.0 * Const::PI) || !std::isfinite(azimuth) || !(std::abs(from.lat) <= 90.0f)) return 0;
+  const double north = std::cos(angle) * std::sin(lat) + std::sin(angle) * std::cos(lat) * std::cos(azimuth);
+  const double dlon = std::atan2(std::sin(angle) * std::sin(azimuth),
+                                 std::cos(angle) * std::cos(lat) - std::sin(angle) * std::sin(lat) * std::cos(azimuth));
+  to = EarthPoint(static_cast<float>(std::asin(std::clamp(north, -1.0, 1.0)) / RAD),
+                  static_cast<float>(Formula::wrap(from.lon + dlon / RAD)));
   return 1;
 }
 
@@ -147,11 +150,11 @@ int Domain::offset(const Point& p, float dir, float dist, Point& to) const {
   EarthPoint e;
   to.setMissing();
   if (!tran(from, e)) return 0;
-  if (proj == RADIAL) return offsetLatLon(e, dir, dist, e) ? tran(e, to) : 0;
+  if (Formula::of(proj).earth) return offsetLatLon(e, dir, dist, e) ? tran(e, to) : 0;
   const float factor = getMapFactor(e), angle = adjustDir(dir, e);
   if (Const::isMissing(dist) || Const::isMissing(factor) || Const::isMissing(angle)) return 0;
-  const double step = dist / 100.0 * factor;
-  const double x = from.x + step * std::sin(RAD * angle), y = from.y + step * std::cos(RAD * angle);
+  const double length = dist / 100.0 * factor;
+  const double x = from.x + length * std::sin(RAD * angle), y = from.y + length * std::cos(RAD * angle);
   if (!Formula::isUsable(x, y)) return 0;
   to.set(static_cast<float>(x), static_cast<float>(y));
   return 1;
@@ -184,80 +187,6 @@ float Domain::calcEarthDist(const EarthPoint& a, const EarthPoint& b) const {
   const double half = std::sqrt(dlat * dlat + std::cos(lat1) * std::cos(lat2) * dlon * dlon);
   const double dist = 2.0 * earth_rad * std::asin(std::min(half, 1.0));
   return std::isfinite(dist) ? static_cast<float>(dist) : static_cast<float>(Const::MISS);
-}
-
-namespace {
-
-// Where a segment leaves the map over the seam, and where it comes in again.
-struct Crossing {
-  Point out;
-  Point in;
-};
-
-// The line with both ends of every crossing and a pen lift between them.
-template <class Find>
-void cutLine(Points& points, const Find& find) {
-  Points cut;
-  bool crossed = false;
-  for (int i = 1; i < points.getNum(); ++i) {
-    Crossing at;
-    if (points[i - 1].isMissing() || points[i].isMissing() || !find(points[i - 1], points[i], at)) {
-      if (crossed) cut.add(points[i]);
-      continue;
-    }
-    if (!crossed) {
-      for (int k = 0; k < i; ++k) cut.add(points[k]);
-      crossed = true;
-    }
-    cut.add(at.out);
-    cut.add(Point(Const::MISS, Const::MISS));
-    cut.add(at.in);
-    cut.add(points[i]);
-  }
-  if (crossed) points = std::move(cut);
-}
-
-// On a map that is half to either side of the central meridian.
-bool crossCylinder(const Point& a, const Point& b, double half, Crossing& at) {
-  const double jump = static_cast<double>(b.x) - a.x;
-  if (std::abs(jump) <= half) return false;
-  const double side = a.x > 0.0f ? 1.0 : -1.0, way = jump + side * 2.0 * half;
-  const double part = way != 0.0 ? std::clamp((side * half - a.x) / way, 0.0, 1.0) : 0.0;
-  const float y = static_cast<float>(a.y + part * (static_cast<double>(b.y) - a.y));
-  at = {Point(static_cast<float>(side * half), y), Point(static_cast<float>(-side * half), y)};
-  return true;
-}
-
-}  // namespace
-
-int Domain::wrapLine(Points& points) const {
-  if (const double half = Formula::revolution(*this) / 2.0; half > 0.0) {
-    cutLine(points, [half](const Point& a, const Point& b, Crossing& at) { return crossCylinder(a, b, half, at); });
-    return limits.xmax > half ? 1 : limits.xmin < -half ? -1 : 0;
-  }
-  if ((proj != LAMB && proj != ALBERS && proj != MOLL) || !Formula::isReady(*this)) return 0;
-  const Formula& formula = Formula::of(proj);
-  cutLine(points, [&](const Point& a, const Point& b, Crossing& at) {
-    // Both ends on one side of the central meridian: by far the most lines.
-    if ((a.x < 0.0f) == (b.x < 0.0f)) return false;
-    const Formula::Place p = formula.inverse(*this, {a.x, a.y}), q = formula.inverse(*this, {b.x, b.y});
-    const double side = p.dlon > 0.0 ? 180.0 : -180.0, way = q.dlon - p.dlon + 2.0 * side;
-    if (!(std::abs(q.dlon - p.dlon) > 180.0)) return false;
-    const double part = way != 0.0 ? std::clamp((side - p.dlon) / way, 0.0, 1.0) : 0.0;
-    const double lat = p.lat + part * (q.lat - p.lat);
-    const Formula::Xy out = formula.forward(*this, {lat, side}), in = formula.forward(*this, {lat, -side});
-    if (!Formula::isUsable(out.x, out.y) || !Formula::isUsable(in.x, in.y)) return false;
-    at = {Point(static_cast<float>(out.x), static_cast<float>(out.y)),
-          Point(static_cast<float>(in.x), static_cast<float>(in.y))};
-    return true;
-  });
-  return 0;
-}
-
-int Domain::offsetLine(Points& points, int n) const {
-  const double turn = Formula::revolution(*this);
-  if (turn > 0.0 && n != 0) points.offset(static_cast<float>(n * turn), 0.0f);
-  return 1;
 }
 
 }  // namespace KYV

@@ -21,6 +21,13 @@ constexpr int MAX_GRID_LINES = 1000;
 constexpr int MAX_RAW_POINTS = 100000;
 constexpr int MAX_RAW_LINE = 200;  // characters
 
+// The pen of an entry, white without attributes, as it stands out on the paper that there is.
+PlotAttr getPen(Plot& plot, const char* attr) {
+  PlotAttr pen(StrLib::valid(attr) ? attr : STANDARD_COLOR);
+  if (plot.getInverse()) pen.turnGreys();
+  return pen;
+}
+
 }  // namespace
 
 // Points "lat lon [name]", a line each.
@@ -34,7 +41,7 @@ int MapPlot::drawRawFile(Plot& plot, const char* entry) {
     Kyv::outWarning("Map-rawfile: unable to open %s\n", name.get());
     return 0;
   }
-  const PlotAttr pen(attr.valid() ? attr.get() : STANDARD_COLOR);
+  const PlotAttr pen = getPen(plot, attr.get());
   useText(plot, pen);
   plot.setMark(pen);
   plot.setMarkType("pnt");
@@ -67,7 +74,7 @@ int MapPlot::drawMarker(Plot& plot, const char* entry) {
   if (!plot.getDomain().tran(e, p)) return 0;
   plot.getDomain().adjust(p);
   if (!plot.withinDomain(p)) return 0;
-  useText(plot, PlotAttr(STANDARD_COLOR));
+  useText(plot, getPen(plot, nullptr));
   plot.setTextAlign(2, 3);
   return plot.drawSymbol(p, symbol, SYMBOL_SIZE * plot.getVert());
 }
@@ -81,7 +88,7 @@ int MapPlot::drawGrid(Plot& plot, const char* entry) {
   std::sscanf(step, "%f", &width);
   const Rect window = plot.getGraph().getWindow();
   if (!(width * MAX_GRID_LINES > window.width() && width * MAX_GRID_LINES > window.height())) return 0;
-  useText(plot, PlotAttr(*attr ? attr : STANDARD_COLOR));
+  useText(plot, getPen(plot, attr));
   const auto first = [width](float low) { return std::ceil(low / width); };
   const auto count = [&](float low, float high) { return static_cast<int>(std::floor(high / width) - first(low)); };
   for (int i = 0; i <= count(window.xmin, window.xmax); ++i) {

@@ -27,32 +27,6 @@ bool isClosed(const Points& p) {
   return n > 3 && p[0].x == p[n - 1].x && p[0].y == p[n - 1].y;
 }
 
-// The part of a polygon on one side of a line: side(p) is positive there, and changes linearly.
-template <class Side>
-Points cutPolygon(const Points& polygon, Side side) {
-  Points part;
-  const int n = polygon.getNum();
-  for (int i = 0; i < n; ++i) {
-    const Point& a = polygon[i];
-    const Point& b = polygon[(i + 1) % n];
-    const float da = side(a), db = side(b);
-    if (da >= 0.0f) part.add(a);
-    if ((da >= 0.0f) != (db >= 0.0f)) {
-      const float t = da / (da - db);
-      part.add(a.x + t * (b.x - a.x), a.y + t * (b.y - a.y));
-    }
-  }
-  return part;
-}
-
-// The part of a polygon that a rectangle shows. Devices have coordinates of 16 bits, and land is larger than the map.
-Points clipPolygon(const Points& polygon, const Rect& r) {
-  Points part = cutPolygon(polygon, [&](const Point& p) { return p.x - r.xmin; });
-  part = cutPolygon(part, [&](const Point& p) { return r.xmax - p.x; });
-  part = cutPolygon(part, [&](const Point& p) { return p.y - r.ymin; });
-  return cutPolygon(part, [&](const Point& p) { return r.ymax - p.y; });
-}
-
 // Adds the limb of a globe between two of its points, the shorter way round.
 void followLimb(Points& outline, const Point& from, const Point& to) {
   constexpr double STEP = 5.0 * Const::DRC;
@@ -85,6 +59,13 @@ Points visibleOutline(const Points& points, bool globe) {
   return outline;
 }
 
+// Whether an outline of land goes on between two places without a shore: along the date line, around a pole.
+bool isShoreless(const EarthPoint& a, const EarthPoint& b) {
+  constexpr float DATE_LINE = 180.0f, POLE = 90.0f;
+  return (std::abs(a.lon) == DATE_LINE && std::abs(b.lon) == DATE_LINE) ||
+         (std::abs(a.lat) == POLE && std::abs(b.lat) == POLE);
+}
+
 // The value of "coln=" among attributes, empty without it.
 String lineColorIn(const char* attr) {
   const char* at = std::strstr(attr, "coln=");
@@ -92,16 +73,6 @@ String lineColorIn(const char* attr) {
   String value(at + 5);
   const int end = value.index(':');
   return end < 0 ? value : String(value.get(), end);
-}
-
-// What stands out on black is faint on white paper, and the other way round.
-void turnGreys(PlotAttr& pen) {
-  static constexpr const char* PAIRS[][2] = {{"white", "black"}, {"lgray", "dgray"}, {"dgray", "lgray"}};
-  for (const auto& [onBlack, onWhite] : PAIRS) {
-    if (!StrLib::iequal(pen.name, onBlack)) continue;
-    StrLib::copy(pen.name, onWhite);
-    return;
-  }
 }
 
 // A map file by its name, which may be short: "us_states" is the shipped maps/us_states.map.
@@ -142,7 +113,7 @@ int MapPlot::drawMapFile(Plot& plot, const char* entry) {
   }
   PlotAttr pen(attr.get());
   if (!pen.validColor()) return 0;
-  if (plot.getInverse()) turnGreys(pen);
+  if (plot.getInverse()) pen.turnGreys();
   String lineColor = lineColorIn(attr.get());
   if (!lineColor.valid()) lineColor = color_line;
   useText(plot, pen);
@@ -186,21 +157,25 @@ int MapPlot::draw(Plot& plot, const char* file) {
       drawName(plot, p, header.name);
       continue;
     }
-    drawSegment(plot, line);
+    drawSegment(plot);
     if (index && line.getNum() > 0 && domain.within(line[0])) plot.drawFormText(line[0], "%d", segment);
   }
   return 1;
 }
 
-int MapPlot::drawSegment(Plot& plot, const Points& points) {
-  if ((fill || fill_cont) && isClosed(points)) {
-    const int proj = plot.getProj();
-    const bool globe = proj == DomainVal::ORTHO || proj == DomainVal::GNOM || proj == DomainVal::SAT;
-    const Points part = clipPolygon(visibleOutline(points, globe), plot.getGraph().getWindow());
-    if (part.getNum() > 2) plot.drawFill(part);
-    if (fill) return 1;
+// The segment in hand: filled where that is wanted and it is closed, else as a line.
+int MapPlot::drawSegment(Plot& plot) {
+  if ((!fill && !fill_cont) || !isClosed(line)) return plot.drawLine(line);
+  const int proj = plot.getProj();
+  const bool globe = proj == DomainVal::ORTHO || proj == DomainVal::GNOM || proj == DomainVal::SAT;
+  plot.drawArea(visibleOutline(line, globe));
+  if (fill) return 1;
+  Points shore;
+  for (int i = 0; i < line.getNum(); ++i) {
+    if (i > 0 && isShoreless(places[i - 1], places[i])) shore.add(Const::MISS, Const::MISS);
+    shore.add(line[i]);
   }
-  return plot.drawLine(points);
+  return plot.drawLine(shore);
 }
 
 // The name of a place above its mark, unless it would lie on another one.

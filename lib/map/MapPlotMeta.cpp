@@ -95,7 +95,7 @@ class MetaReader {
   }
   void fill(std::string_view r) {
     path(r);
-    plot.drawFill(points);
+    plot.getGraph().drawFill(points);
   }
   void text(std::string_view r) {
     Point p;

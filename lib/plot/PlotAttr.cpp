@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 #include "KYV/ColorMap.h"
 #include "KYV/Strings.h"
@@ -143,6 +144,15 @@ int PlotAttr::update(const PlotAttr& other) {
   take(style, other.style);
   take(fill, other.fill);
   return 1;
+}
+
+void PlotAttr::turnGreys() {
+  static constexpr const char* PAIRS[][2] = {{"white", "black"}, {"lgray", "dgray"}, {"dgray", "lgray"}};
+  const auto* pair = std::find_if(std::begin(PAIRS), std::end(PAIRS),
+                                  [this](const auto& row) { return StrLib::iequal(name, row[0]); });
+  if (pair == std::end(PAIRS)) return;
+  StrLib::copy(name, (*pair)[1]);
+  color = Const::MISS;
 }
 
 bool PlotAttr::validColor() const { return *name && !ColorMap::isOff(name) && (color >= 0 || Const::isMissing(color)); }

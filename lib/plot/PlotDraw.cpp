@@ -7,8 +7,9 @@ namespace KYV {
 
 namespace {
 
-constexpr int MAX_TEXT = 400;    // characters of a formatted text
-constexpr int SPLINE_STEPS = 8;  // pieces between two points of a curve
+constexpr int MAX_TEXT = 400;      // characters of a formatted text
+constexpr int SPLINE_STEPS = 8;    // pieces between two points of a curve
+constexpr int CIRCLE_STEPS = 180;  // of a circle on the earth: 0.2 pixels off a radius of 1,000 at most
 
 // Clips the segment a-b to a rectangle (Liang and Barsky); false when nothing of it lies inside.
 bool clipSegment(const Rect& r, Point& a, Point& b) {
@@ -168,12 +169,33 @@ int Plot::drawCircle(const Point& p, float r) {
 }
 
 int Plot::drawCircle(const EarthPoint& e, float r) {
-  Point p;
-  if (!getDomain().tran(e, p) || p.isMissing()) return 0;
-  return drawCircle(p, r / 100.0f * getDomain().getMapFactor(e));
+  if (isOff(line_index)) return 0;
+  EarthPoints circle;
+  for (int i = 0; i <= CIRCLE_STEPS; ++i) {
+    EarthPoint at;
+    getDomain().offsetLatLon(e, 360.0f * static_cast<float>(i % CIRCLE_STEPS) / CIRCLE_STEPS, r, at);
+    circle.add(at);
+  }
+  return drawLine(circle);
 }
 
-int Plot::drawFill(const Points& points) { return isOff(fill_index) ? 0 : graph.drawFill(points); }
+int Plot::drawFill(const Points& points) {
+  if (isOff(fill_index)) return 0;
+  if (graph.getTran() != MAP || !getDomain().wrapFill(points, parts)) return graph.drawFill(points);
+  for (const Points& part : parts) graph.drawFill(part);
+  return 1;
+}
+
+int Plot::drawArea(const Points& outline) {
+  if (isOff(fill_index)) return 0;
+  if (!getDomain().wrapFill(outline, parts)) parts.assign(1, outline);
+  const Rect window = graph.getWindow();
+  for (const Points& part : parts) {
+    const Points shown = part.clip(window);
+    if (shown.getNum() > 2) graph.drawFill(shown);
+  }
+  return 1;
+}
 
 int Plot::drawFill(const Rect& r) { return isOff(fill_index) ? 0 : graph.drawFill(r); }
 

@@ -20,6 +20,23 @@ void eachEdge(const std::vector<Point>& points, Visit visit) {
   }
 }
 
+// The part of a polygon on one side of a line: side(p) is positive there, and changes linearly.
+template <class Side>
+std::vector<Point> cut(const std::vector<Point>& polygon, Side side) {
+  std::vector<Point> part;
+  for (std::size_t i = 0; i < polygon.size(); ++i) {
+    const Point& a = polygon[i];
+    const Point& b = polygon[i + 1 < polygon.size() ? i + 1 : 0];
+    const float da = side(a), db = side(b);
+    if (da >= 0.0f) part.push_back(a);
+    if ((da >= 0.0f) != (db >= 0.0f)) {
+      const float t = da / (da - db);
+      part.emplace_back(a.x + t * (b.x - a.x), a.y + t * (b.y - a.y));
+    }
+  }
+  return part;
+}
+
 }  // namespace
 
 int Points::set(int i, const Point& p) {
@@ -70,6 +87,15 @@ bool Points::within(const Point& p) const {
     if (p.x < x) inside = !inside;
   });
   return inside;
+}
+
+Points Points::clip(const Rect& r) const {
+  Points part;
+  part.points = cut(points, [&](const Point& p) { return p.x - r.xmin; });
+  part.points = cut(part.points, [&](const Point& p) { return r.xmax - p.x; });
+  part.points = cut(part.points, [&](const Point& p) { return p.y - r.ymin; });
+  part.points = cut(part.points, [&](const Point& p) { return r.ymax - p.y; });
+  return part;
 }
 
 int Points::getBounds(Rect& r) const {

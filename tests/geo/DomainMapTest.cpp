@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "KYV/Domain.h"
@@ -74,20 +76,22 @@ TEST(DomainMap, PlanesAreTranslated) {
 }
 
 TEST(DomainMap, StepsAreKilometresOnTheEarth) {
-  for (const char* text : {"ps:35:-97,35,-97,11,11,1,1", "rad:35:-97,35,-97,360,230,1,0.01", "lc:25:-95:25:45"}) {
+  for (const char* text :
+       {"ps:35:-97,35,-97,11,11,1,1", "rad:35:-97,35,-97,360,230,1,0.01", "lc:25:-95:25:45", "ll:0:0,0,-97,11,11,1,1",
+        "moll:0:-30", "lambaz:40:-60", "ortho:35:-67", "alb:40:-100:30:60", "merc:0:0", "gnom:30:-90", "sat:0:-100"}) {
     SCOPED_TRACE(text);
     const Domain d(text);
     const EarthPoint radar(35.0f, -97.0f);
     for (const float dir : {0.0f, 45.0f, 90.0f, 200.0f, 359.0f}) {
       EarthPoint to;
       ASSERT_EQ(1, d.offsetLatLon(radar, dir, 50.0f, to));
-      EXPECT_NEAR(0.5f, d.calcEarthDist(radar, to), 0.002f) << dir;
-      EXPECT_NEAR(0.0, std::remainder(Domain::direct(radar, to) - dir, 360.0), 0.5) << dir;
+      EXPECT_NEAR(0.5f, d.calcEarthDist(radar, to), 0.0001f) << dir;
+      EXPECT_NEAR(0.0, std::remainder(Domain::direct(radar, to) - dir, 360.0), 0.01) << dir;
       Point p, step, same;
       ASSERT_TRUE(d.tran(radar, p) && d.tran(to, same));
       ASSERT_EQ(1, d.offset(p, dir, 50.0f, step));
       EXPECT_NEAR(0.0, std::remainder(same.x - step.x, 360.0), 1e-3);
-      EXPECT_NEAR(same.y, step.y, 1e-4);
+      EXPECT_NEAR(same.y, step.y, 2e-4);
     }
     EarthPoint to(1.0f, 1.0f);
     EXPECT_EQ(0, d.offsetLatLon(radar, 45.0f, Const::MISS, to));
@@ -186,6 +190,88 @@ TEST(DomainMap, LinesAreCutAtTheSeam) {
     for (int i = 0; i < points.getNum(); ++i) {
       EXPECT_NEAR(c.cut[static_cast<std::size_t>(i)].x, points[i].x, 0.02) << i;
       EXPECT_NEAR(c.cut[static_cast<std::size_t>(i)].y, points[i].y, 0.02) << i;
+    }
+  }
+}
+
+TEST(DomainMap, FillsAreCutAtTheSeam) {
+  const struct {
+    const char* what;
+    const char* domain;
+    std::vector<Point> outline;
+    std::vector<std::vector<Point>> pieces;  // none: filled as it is
+  } cases[] = {
+      {"none", "ll:0:0,0,0,181,91,2,2", {{10, 0}, {20, 0}, {20, 5}}, {}},
+      {"astride",
+       "ll:0:0,0,0,181,91,2,2",
+       {{178, 0}, {-178, 0}, {-178, 4}, {178, 4}},
+       {{{178, 0}, {180, 0}, {180, 4}, {178, 4}}, {{-180, 0}, {-178, 0}, {-178, 4}, {-180, 4}}}},
+      {"closed, the other way round",
+       "merc:0:0,0,0,401,91,1,1",
+       {{-200, 0}, {-200, 4}, {200, 4}, {200, 0}, {-200, 0}},
+       {{{200, 0}, {200, 4}, {200.15779f, 4}, {200.15779f, 0}},
+        {{-200.15779f, 0}, {-200.15779f, 4}, {-200, 4}, {-200, 0}}}},
+      {"seen beyond the seam",
+       "ll:0:0,0,180,41,25,1,1",
+       {{-178, 0}, {-170, 0}, {-170, 5}},
+       {{{-178, 0}, {-170, 0}, {-170, 5}}, {{182, 0}, {190, 0}, {190, 5}}}},
+      {"around a pole",
+       "ll:0:0,0,0,181,91,2,2",
+       {{-180, -80}, {-90, -70}, {0, -80}, {90, -70}},
+       {{{-180, -80}, {-90, -70}, {0, -80}, {90, -70}, {180, -80}, {180, -90}, {-180, -90}}}},
+      {"missing", "ll:0:0,0,180,41,25,1,1", {{178, 0}, {Const::MISS, Const::MISS}, {-178, 4}}, {}},
+      {"central meridian of a cone", "lc:30:0:30,30,0,3,3,1,1", {{-1, -50}, {1, -50}, {1, -51}, {-1, -51}}, {}},
+      {"no seam", "ps:90:0,90,0,3,3,1,1", {{1, 50}, {-1, 50}, {-1, 51}}, {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    Points outline;
+    for (const Point& p : c.outline) outline.add(p);
+    std::vector<Points> pieces;
+    EXPECT_EQ(!c.pieces.empty(), Domain(c.domain).wrapFill(outline, pieces));
+    ASSERT_EQ(c.pieces.size(), pieces.size());
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+      // Each corner where it belongs, and nothing beyond: corners may stand twice.
+      for (const Point& corner : c.pieces[i]) {
+        EXPECT_TRUE(std::any_of(pieces[i].begin(), pieces[i].end(),
+                                [&](const Point& p) { return std::hypot(p.x - corner.x, p.y - corner.y) < 1e-3f; }))
+            << corner.x << " " << corner.y;
+      }
+      Points whole;
+      for (const Point& corner : c.pieces[i]) whole.add(corner);
+      Rect expected, got;
+      ASSERT_TRUE(whole.getBounds(expected) && pieces[i].getBounds(got));
+      EXPECT_NEAR(expected.width(), got.width(), 1e-3f);
+      EXPECT_NEAR(expected.height(), got.height(), 1e-3f);
+    }
+  }
+}
+
+// The seam of these maps is no upright line: pieces of an outline about it lie at its two ends.
+TEST(DomainMap, FillsAreCutWhereTheSeamIsSlantOrCurved) {
+  for (const char* text : {"lc:30:0:30", "alb:0:0:30:30", "moll:0:0"}) {
+    SCOPED_TRACE(text);
+    const Domain d(text);
+    Points outline;
+    for (const auto& [lat, lon] : {std::pair{10.0f, 170.0f}, {50.0f, 170.0f}, {50.0f, -170.0f}, {10.0f, -170.0f}}) {
+      Point p;
+      ASSERT_EQ(1, d.tran(EarthPoint(lat, lon), p));
+      outline.add(p);
+    }
+    std::vector<Points> pieces;
+    ASSERT_TRUE(d.wrapFill(outline, pieces));
+    ASSERT_EQ(2u, pieces.size());
+    for (const Points& piece : pieces) {
+      EarthPoint first;
+      ASSERT_EQ(1, d.tran(Point(piece[0].x * 0.9999f, piece[0].y * 0.9999f), first));
+      for (const Point& p : piece) {
+        EXPECT_GE(p.x * piece[0].x, 0.0f) << "both sides";
+        EarthPoint e;
+        // A hair inside, where the way back knows its side.
+        ASSERT_EQ(1, d.tran(Point(p.x * 0.9999f, p.y * 0.9999f), e));
+        EXPECT_GT(std::abs(e.lon), 169.0f);
+        EXPECT_TRUE(e.lat > 9.0f && e.lat < 51.0f);
+      }
     }
   }
 }

@@ -20,15 +20,15 @@ constexpr float LAT = 35.333f, LON = -97.278f;
 // A map of 20 by 10 degrees around 35,-97, whose plane has its degrees.
 constexpr const char* PLANE = " -pd ll,35,-97,21,11,1,1 ";
 struct Plane {
-  explicit Plane(const MetaPage& page) : box(page.getBorder().points) {}
+  explicit Plane(const MetaPage& page) {
+    for (const auto& [x, y] : page.getBorder().points) {
+      x0 = std::min(x0, x), x1 = std::max(x1, x), y0 = std::min(y0, y), y1 = std::max(y1, y);
+    }
+  }
   std::pair<double, double> at(double lat, double lon) const {
-    const auto [low, high] = std::minmax_element(box.begin(), box.end());
-    const double x0 = low->first, x1 = high->first;
-    double y0 = box[0].second, y1 = y0;
-    for (const auto& [x, y] : box) y0 = std::min(y0, y), y1 = std::max(y1, y);
     return {x0 + (x1 - x0) * (lon + 107.0) / 20.0, y1 + (y0 - y1) * (lat - 30.0) / 10.0};
   }
-  std::vector<std::pair<double, double>> box;
+  double x0 = 1e9, x1 = -1e9, y0 = 1e9, y1 = -1e9;  // of the border
 };
 
 class MapRun : public testing::Test {
@@ -238,6 +238,78 @@ TEST_F(MapRun, WhiteIsBlackOnPaper) {
   EXPECT_EQ(1, lines("-mf=a.map:red", "0.90 0.00 0.04"));
   EXPECT_EQ(0, lines("-mf=a.map:white", "1.00 1.00 1.00"));
   EXPECT_EQ(1, lines("-mf=a.map:white", "0.00 0.00 0.00") - lines("-mf=a.map:red", "0.00 0.00 0.00"));
+  // What entries and overlays draw without a colour of their own.
+  text("p.raw", "35 -97 Here\n");
+  const auto halves = [](const std::vector<int>& values) {
+    std::vector<unsigned char> b;
+    for (const int v : values) b.insert(b.end(), {static_cast<unsigned char>(v >> 8), static_cast<unsigned char>(v)});
+    return b;
+  };
+  NidsBuilder b;
+  b.header(166, 9).location(LAT, LON).raw(halves({0x0802, 2, 6, 0x0E03, 0x8000, 0, 0, 8, 200, 0, 0, 200}));
+  b.raw(halves({25, 6, 100, 100, 80}));
+  program.write("p.nids", b.bytes());
+  for (const char* overlay : {"-mf=a.map:off", "-mf=rf:p.raw", "-mf=grid:1", "-mf=mk:35:-97:star"}) {
+    SCOPED_TRACE(overlay);
+    const Program::Result r =
+        program.run("-de postscript,out.ps,color -dr=-text,-bord" + std::string(PLANE) + overlay + " p.nids");
+    PsPage page;
+    EXPECT_TRUE(page.read(program.path("out.ps"))) << r.output;
+    int black = 0, white = 0;
+    for (const PsPage::Path& p : page.getPaths()) {
+      black += !p.filled && p.color == "0.00 0.00 0.00";
+      white += !p.filled && p.color == "1.00 1.00 1.00";
+    }
+    EXPECT_GT(black, overlay == std::string("-mf=a.map:off") ? 1 : 2) << "the contour, the circle, the entry";
+    EXPECT_EQ(0, white);
+  }
+}
+
+// A radar beside the date line, on maps that end there, go over it, and have their seam elsewhere.
+TEST_F(MapRun, CellsAndLandReachOverTheSeam) {
+  NidsBuilder b;
+  b.header(19, 9).location(60.8f, 179.9f).thresholds({0x8000, 5, 10, 15, 20, 25, 30, 35, 40}).param(3, 5).radials(230);
+  for (int i = 0; i < 360; ++i) b.radial(static_cast<float>(i), 1.0f, std::vector<NidsBuilder::Run>{{20, 8}, {200, 0}});
+  program.write("p.nids", b.bytes());
+  std::string coast = "  10   -70.0  -90.0  180.0 -180.0   15\n";
+  for (int i = 0; i <= 6; ++i) coast += "-70.0 " + std::to_string(-180 + 60 * i) + ".0\n";
+  text("land.map", coast + "-90.0 180.0\n-90.0 -180.0\n-70.0 -180.0\n");
+  const auto fills = [&](const std::string& domain, int color) {
+    const MetaPage page = draw("-mf=-land.map:green:coln=blue -pa fc -dr=-text,bord -pd " + domain);
+    const Plane map(page);
+    struct {
+      std::size_t count = 0;
+      double widest = 0.0;
+      double sum = 0.0;
+      std::size_t lines = 0;
+    } found;
+    for (const MetaPage::Path& p : page.getPaths(color, true)) {
+      if (p.points[0].second > map.y1 + 1.0) continue;  // of the colour bar
+      const auto [low, high] = std::minmax_element(p.points.begin(), p.points.end());
+      const double width = (high->first - low->first) / (map.x1 - map.x0);
+      found.widest = std::max(found.widest, width);
+      found.sum += width;
+      ++found.count;
+    }
+    for (const MetaPage::Path& p : page.getPaths(BLUE)) found.lines += p.points.size() - 1;
+    return found;
+  };
+  const std::size_t cells = fills("ll:0:180,60.8,180,41,25,1,1", YELLOW).count;
+  EXPECT_EQ(360u * 20u, cells);
+  EXPECT_GE(fills("ll:0:0,60.8,180,41,25,1,1", YELLOW).count, cells) << "those astride are two";
+  for (const char* world : {"ll:0:0,0,0,37,19,10,10", "merc:0:0,0,0,41,31,10.1,10", "moll:0:0,0,0,31,16,8.3,8.3"}) {
+    SCOPED_TRACE(world);
+    const auto found = fills(world, YELLOW);
+    EXPECT_GE(found.count, cells);
+    EXPECT_LT(found.widest, 0.02);
+  }
+  // Land around the pole is filled from edge to edge wherever the seam lies, and has a shore, but none along the seam.
+  for (const char* world : {"ll:0:0,0,0,37,19,10,10", "ll:0:-100,0,-100,37,19,10,10"}) {
+    SCOPED_TRACE(world);
+    const auto land = fills(world, GREEN);
+    EXPECT_NEAR(1.0, land.sum, 0.001);
+    EXPECT_LE(land.lines, 7u);
+  }
 }
 
 TEST_F(MapRun, MapsAreFetchedByUrl) {
