@@ -192,9 +192,11 @@ int RadMap::getDomain(Domain& domain) {
     if (product->open(file.getName()) && product->readHeader(header)) {
       DomainVal val = product->getDomainVal();
       if (!header.isMultiRadar() && !product->isVAD() && !product->isDPA()) val.nx = val.ny * 3 / 2 + 1;
-      // Of tracks and contours the bins' size tells nothing: their products show the whole range.
+      // Of tracks and contours the bins' size tells nothing: their products show the whole range. So do the radials of
+      // a generic packet, whose last bins end where the map does: its points span one cell less than there are.
       const bool image = product->isPacketRadial() || product->isPacketRastor() || product->isPacketDpa();
-      const float extent = static_cast<float>(val.ny) * header.res;
+      const int cells = product->isPacketGeneric() ? val.ny - 1 : val.ny;
+      const float extent = static_cast<float>(cells) * header.res;
       if (!image && !header.isMultiRadar() && !product->isVAD() && extent > 0.0f && extent < SYMBOLS_EXTENT) {
         val.dx *= SYMBOLS_EXTENT / extent;
         val.dy *= SYMBOLS_EXTENT / extent;

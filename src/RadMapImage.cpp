@@ -297,7 +297,7 @@ void RadMap::Painter::paintBarbs() {
     plot.setFillColor(color);
     plot.setLineColor(color);
     winds.setWind(w.dir, w.spd);
-    winds.drawBarb(fromIJ(w.x, w.y), displayLines(BARB_LINES), 0.0f);
+    winds.drawBarb(symbolAt(w.x, w.y), displayLines(BARB_LINES), 0.0f);
   }
 }
 
@@ -308,7 +308,7 @@ void RadMap::Painter::paintText() {
   attr.height = displayLines(TEXT_LINES);
   plot.setText(attr);
   plot.setTextAlign(1, 2);
-  plot.drawText(fromIJ(text.x, text.y), text.data);
+  plot.drawText(map.nids->isPageText() ? fromPage(text.x, text.y) : symbolAt(text.x, text.y), text.data);
 }
 
 int RadMap::drawImage(Plot& surface) {

@@ -173,10 +173,11 @@ int RadMap::drawStorm(Plot& surface, const StormAttr& storm) {
   const PlotAttr attr = getDataAttr(surface);
   Cell cell{surface, storm, DatumPlot(surface), EarthPoint(), Point()};
   cell.data.setAttr(attr);
-  const Domain& domain = surface.getDomain();
-  const EarthPoint radar(info.lat, info.lon);
+  const DataPlane plane(nids->getDomainVal(), EarthPoint(info.lat, info.lon), surface);
   const float range = Const::isMissing(storm.rad) ? storm.rad : storm.rad * NAUTICAL_MILE;
-  if (!domain.offsetLatLon(radar, storm.ang, range, cell.place) || !domain.tran(cell.place, cell.point)) return 1;
+  if (!plane.fromPolar(storm.ang, range, cell.place)) return 1;
+  cell.point = plane.seen(cell.place);
+  if (cell.point.isMissing()) return 1;
 
   for (int k = 0; k < vars.getNum(); ++k) {
     cell.name = vars.getName(k);
@@ -209,8 +210,11 @@ void RadMap::drawShapes(Plot& surface) {
   const bool bare = vars.getNum() == 0;
   PlotAttr dashed = attr;
   dashed.parse("st=dsh");
-  // A colour for each level of contours, in their order.
-  static constexpr const char* CONTOURS[] = {"white", "lcyan", "yellow", "lred", "lgreen", "lmagenta"};
+  PlotAttr error("co=white,st=dsh");
+  if (surface.getInverse()) error.turnGreys();
+  // A colour for each level of contours, in their order; the first stands out on the paper that there is.
+  const char* const contours[] = {
+      surface.getInverse() ? "black" : "white", "lcyan", "yellow", "lred", "lgreen", "lmagenta"};
   std::vector<int> levels;
 
   const auto datum = [&](const Point& p, int kind, const char* text, const char* format) {
@@ -221,7 +225,7 @@ void RadMap::drawShapes(Plot& surface) {
     StrLib::copy(d.format, format);
     datums.draw(d);
   };
-  const auto circle = [&](const NidsShape& s, const Point& p, const char* how) {
+  const auto circle = [&](const NidsShape& s, const Point& p, const PlotAttr& how) {
     surface.setLine();
     surface.setLine(how);
     EarthPoint e;
@@ -229,7 +233,7 @@ void RadMap::drawShapes(Plot& surface) {
   };
   for (const NidsShape& s : shapes) {
     if (s.points.getNum() == 0) continue;
-    const Point p = plane.fromIJ(s.points[0].x, s.points[0].y);
+    const Point p = plane.symbolAt(s.points[0].x, s.points[0].y);
     switch (s.kind) {
       case NidsShape::LINE: {
         surface.setLine();
@@ -237,7 +241,7 @@ void RadMap::drawShapes(Plot& surface) {
         if (s.packet >= CONTOUR_PACKETS) {
           auto known = std::find(levels.begin(), levels.end(), s.level);
           if (known == levels.end()) known = levels.insert(known, s.level);
-          surface.setLineColor(CONTOURS[static_cast<std::size_t>(known - levels.begin()) % std::size(CONTOURS)]);
+          surface.setLineColor(contours[static_cast<std::size_t>(known - levels.begin()) % std::size(contours)]);
         }
         Points line;
         for (const Point& q : s.points) line.add(plane.fromIJ(q.x, q.y));
@@ -254,7 +258,7 @@ void RadMap::drawShapes(Plot& surface) {
         datum(p, Datum::SYMBOL, MARKS[s.time], "hi=0.5");
         break;
       case NidsShape::MESO:
-        circle(s, p, MESO);
+        circle(s, p, PlotAttr(MESO));
         if (!(s.radius > 0.0f)) datum(p, Datum::SYMBOL, "circle", MESO);
         break;
       case NidsShape::TVS:
@@ -269,7 +273,7 @@ void RadMap::drawShapes(Plot& surface) {
         break;
       }
       case NidsShape::CIRCLE:
-        circle(s, p, "co=white,st=dsh");
+        circle(s, p, error);
         break;
     }
   }

@@ -138,6 +138,9 @@ class NidsFile {
   bool isPacketVector() const { return pk_code == 7 || pk_code == 10; }
   bool isPacketWindbarb() const { return pk_code == 4; }
   bool isPacketText() const { return pk_code == 1 || pk_code == 8; }
+  /// Whether the I and J of a text are columns and lines of a display page, as those of the messages that stand in the
+  /// place of an accumulation without rain.
+  bool isPageText() const;
   bool isPacketDpa() const { return pk_code == 17; }
   bool isPacketGeneric() const { return pk_code == GENERIC; }
   int getPacketCode() const { return pk_code; }

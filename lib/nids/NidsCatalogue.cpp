@@ -9,7 +9,8 @@ namespace {
 
 constexpr int FIELD = 50;  // bytes of a name or label field
 constexpr const char* MODES[] = {"Md=mt", "Md=cl", "Md=pr"};
-constexpr int DAY = 86400;  // seconds
+constexpr int DAY = 86400;     // seconds
+constexpr int PLAIN_TEXT = 1;  // the packet of a text without value
 
 }  // namespace
 
@@ -34,6 +35,11 @@ bool NidsFile::isDPA() const { return findProduct(code).family & DPA; }
 bool NidsFile::isDSP() const { return findProduct(code).family & DSP; }
 bool NidsFile::isDRef() const { return findProduct(code).family & DREF; }
 bool NidsFile::isDual() const { return findProduct(code).family & DUAL; }
+
+bool NidsFile::isPageText() const {
+  constexpr std::uint32_t ACCUMULATIONS = PREC | NEW_PREC | HOUR_ACC | DPREC | DPR_RATE | DPA | DSP;
+  return pk_code == PLAIN_TEXT && (findProduct(code).family & ACCUMULATIONS);
+}
 
 int NidsFile::setInfo(char* s) {
   if (!s) return 0;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <string>
@@ -160,6 +161,39 @@ TEST_F(RadMapRun, GridCellsStartAtTheGridsCorner) {
   expectCorner(map.at(x + c, y), cells[0].points[1]);
   expectCorner(map.at(x + c, y - c), cells[0].points[2]);
   expectCorner(map.at(x, y - c), cells[0].points[3]);
+}
+
+TEST_F(RadMapRun, AGenericImageIsDrawnToItsLastBin) {
+  NidsBuilder b;
+  b.header(176, 0).location(LAT, LON);
+  b.generic(std::vector<std::vector<int>>(360, std::vector<int>(920, 100)));
+  program.write("p.nids", b.bytes());
+  EXPECT_EQ(360u * 920u, fillsOf(draw("-cof=-1000:blue -dr=-map,-text", "p.nids"), BLUE).size() - 1u)
+      << "one is the bar's";
+}
+
+// "No precipitation": columns and lines of a display page of 512, as a wind profile's texts are.
+TEST_F(RadMapRun, MessagesInPlaceOfAnAccumulationAreLegible) {
+  NidsBuilder b;
+  b.header(170, 0).location(LAT, LON);
+  for (const int line : {9, 16, 23}) b.text(1, 0, 7, line, "XXXX");
+  program.write("p.nids", b.bytes());
+  const PsPage page = draw("-dr=-map -cod yellow", "p.nids");
+  const Page map(page, 511.0, 511.0);
+  const double unit = map.sy;
+  std::array<int, 3> rows{};
+  for (const PsPage::Path& p : page.getPaths()) {
+    if (p.filled || p.color != YELLOW) continue;
+    for (const auto& [x, y] : p.points) {
+      EXPECT_TRUE(x > map.x0 + 6.0 * unit && x < map.x0 + 60.0 * unit) << x;
+      const double line = (map.y1 - y) / unit;
+      ASSERT_TRUE(line > 0.0 && line < 32.0) << line;
+    }
+    const double middle = (map.y1 - (p.points.front().second + p.points.back().second) / 2.0) / unit;
+    ++rows[middle < 16.0 ? 0 : middle < 23.0 ? 1 : 2];  // letters are 8 lines high
+  }
+  EXPECT_GT(rows[0], 0);
+  EXPECT_TRUE(rows[0] == rows[1] && rows[1] == rows[2]);
 }
 
 TEST_F(RadMapRun, OptionsChooseTheCells) {

@@ -111,6 +111,59 @@ TEST_F(StormRun, SymbolsSitOnTheirCells) {
   }
 }
 
+// The table's cells lie where the image's bins of their azimuth and range do.
+TEST_F(StormRun, TableAndImageAgreeOnEveryMap) {
+  NidsBuilder b;
+  b.header(37, 9).location(35.333f, -97.278f).thresholds({0x8000, 5, 10, 15, 20, 25, 30, 35, 40}).radials(230);
+  for (int i = 0; i < 360; ++i) {
+    b.radial(static_cast<float>(i), 1.0f, std::vector<NidsBuilder::Run>{{198, 0}, {4, i % 90 == 45 ? 8 : 0}, {28, 0}});
+  }
+  b.page().text(8, 1, 0, 1, HEADER);
+  // 108 nautical miles are 200.016 km.
+  for (const int azimuth : {45, 135, 225, 315}) {
+    b.text(8, 1, 0, 11, cell("A1", azimuth, 108, "TVS", "NONE", 0, 0, "NEW"));
+  }
+  program.write("p.nids", b.bytes());
+  for (const char* map : {"", "-pd ll:0:0,36,-97,25,17,0.4,0.4", "-pd moll:0:-30,36,-97,25,17,0.3,0.3",
+                          "-pd lambaz:40:-60,36,-97,25,17,0.4,0.4", "-pd ortho:35:-67,36,-97,25,17,0.3,0.3",
+                          "-pd lc:90:-95:33:45,36,-97,25,17,0.3,0.3", "-pd merc:0:0,36,-97,25,17,0.4,0.4"}) {
+    SCOPED_TRACE(map);
+    const MetaPage page = draw(std::string(map) + " -va cstat -dr=-map,-text");
+    const std::vector<MetaPage::Path> signs = page.getPaths(RED);
+    ASSERT_EQ(4u, signs.size());
+    for (const MetaPage::Path& sign : signs) {
+      const Box s(sign);
+      double nearest = 1e9, side = 0.0;
+      for (const MetaPage::Path& fill : page.getPaths(YELLOW, true)) {
+        const Box bin(fill);
+        const double away = std::hypot(bin.x() - s.x(), bin.y() - s.y());
+        if (away < nearest) nearest = away, side = bin.x1 - bin.x0;
+      }
+      EXPECT_LT(nearest, side) << "within half a degree and two bins";
+    }
+  }
+}
+
+// 41 by 25 points of half a degree: the page tells latitudes and longitudes.
+TEST_F(StormRun, RingsHoldTheirDistanceOnTheEarth) {
+  write({});
+  const MetaPage page = draw("-pd ll:0:0,35.333,-97.278,41,25,0.5,0.5 -pa dist=200 -cod blue -dr=-map,-plot");
+  const Box map(page.getBorder());
+  std::size_t points = 0;
+  for (const MetaPage::Path& p : page.getPaths(BLUE)) {
+    if (p.points.size() < 20) continue;
+    for (const auto& [x, y] : p.points) {
+      const double rad = 3.14159265358979 / 180.0, lat0 = 35.333 * rad;
+      const double lat = lat0 - (y - map.y()) / (map.y1 - map.y0) * 12.0 * rad;
+      const double dlon = (x - map.x()) / (map.x1 - map.x0) * 20.0 * rad;
+      const double cosine = std::sin(lat0) * std::sin(lat) + std::cos(lat0) * std::cos(lat) * std::cos(dlon);
+      EXPECT_NEAR(200.0, 6371.22 * std::acos(cosine), 1.5) << "half a page unit";
+      ++points;
+    }
+  }
+  EXPECT_GT(points, 100u);
+}
+
 TEST_F(StormRun, StatusFollowsItsThresholds) {
   const struct {
     const char* what;
