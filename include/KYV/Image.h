@@ -111,7 +111,18 @@ class Image : private ImageInfo {
   int getRGB(int x, int y, RGB& rgb) const;
   /// Copies the getBytesLine() bytes of a row; the count.
   int getRow(int y, unsigned char* bytes) const;
+  /// Whether a pixel has the transparent colour, or is clear.
   bool isPixelTrans(int x, int y) const;
+
+  // How much of each pixel covers what is behind it. An image without it covers all.
+  /// Room for a value of each pixel, all 255; 0 and none where there is no room for pixels either.
+  int allocAlpha();
+  int setAlpha(int x, int y, int value);
+  /// From 0, clear, to 255, which every pixel has without it.
+  int getAlpha(int x, int y) const;
+  bool validAlpha() const { return !alpha.empty(); }
+  /// A pixel's packed colour over another one.
+  std::uint32_t blend(int x, int y, std::uint32_t behind) const;
 
   // Physical values of the indices.
   int setValues(const float* v, int n);
@@ -189,6 +200,7 @@ class Image : private ImageInfo {
   std::vector<Color> colors;
   std::vector<float> values;
   std::vector<unsigned char> data;
+  std::vector<unsigned char> alpha;  // a byte a pixel, row by row, or none
 };
 
 }  // namespace KYV

@@ -65,7 +65,8 @@ class Plot : public Listener {
   bool isOpen() const { return graph.isOpen(); }
 
   // Frames of an animation.
-  /// Starts a frame without labels, on one panel that shows the map of panel 0.
+  /// Starts a frame without labels, on one panel that shows the map of panel 0; 0, with all as it was, when the device
+  /// holds no more frames.
   int newFrame();
   /// Clears the frame in hand, which is then as a new one.
   int clearFrame();
@@ -301,6 +302,7 @@ class Plot : public Listener {
   void prepareDevice(const Strings& params, const char* text);
   bool pictureDomain(int width, int height, Domain& domain) const;
   void noteFrame();
+  void dropFrameText(int frame);
   int saveOutput();
   int saveAll(const char* stem, const char* type);
   int saveAnimation(const char* name);

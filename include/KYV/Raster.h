@@ -62,7 +62,6 @@ class Raster final : public PassiveDevice {
  private:
   struct State;  // the pictures, seen by the sources alone
 
-  bool isSizeGood() const;
   std::size_t pixelCount() const;
   void aim();
   bool usePen(int cls);

@@ -93,6 +93,7 @@ class XWindow final : public Device, public Listener {
   int deleteFrame(int frame) override;
   /// All frames.
   int deleteFrame();
+  void deleteShown();
   int getNumFrames() override;
   int message(const char* text) override;
   int bell(int volume) override;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "KYV/Kyv.h"
 #include "KYV/StrLib.h"
 #include "KYV/Strings.h"
 
@@ -36,6 +37,12 @@ bool DeviceOptions::getSize(const Strings& items, int i, int from, char sep, flo
   w = first;
   h = second;
   return true;
+}
+
+void DeviceOptions::refuseSize(const char* device, float w, float h, int most, float kept_w, float kept_h) {
+  Kyv::outWarning("%s: a size of %.0f x %.0f pixels is not possible, 1 x 1 to %d x %d are; %.0f x %.0f is used\n",
+                  device, static_cast<double>(w), static_cast<double>(h), most, most, static_cast<double>(kept_w),
+                  static_cast<double>(kept_h));
 }
 
 }  // namespace KYV

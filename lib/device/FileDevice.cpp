@@ -152,6 +152,12 @@ void FileDevice::putSamples(const Image& image, const Samples& s, bool color) {
   for (int row = 0; row < s.height; ++row) {
     for (int i = 0; i < s.width; ++i) {
       if (!image.getRGB(s.left + i, s.top + row, rgb)) rgb.set(1.0f, 1.0f, 1.0f);
+      // What is clear shows the paper.
+      if (const int seen = image.getAlpha(s.left + i, s.top + row); seen < 255) {
+        const float part = static_cast<float>(seen) / 255.0f;
+        const auto over = [part](float v) { return 1.0f + part * (v - 1.0f); };
+        rgb.set(over(rgb.red), over(rgb.green), over(rgb.blue));
+      }
       if (color) {
         for (const float v : {rgb.red, rgb.green, rgb.blue}) text->putHex(colorByte(v));
       } else {

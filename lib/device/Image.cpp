@@ -27,6 +27,7 @@ int Image::init() {
   colors.clear();
   values.clear();
   data.clear();
+  alpha.clear();
   return 1;
 }
 
@@ -44,6 +45,7 @@ int Image::copyData(const Image& other) {
   bytes_line = other.bytes_line;
   byte_order = other.byte_order;
   data = other.data;
+  alpha = other.alpha;
   return 1;
 }
 
@@ -77,6 +79,7 @@ int Image::allocData() {
 
 int Image::clearData() {
   data = {};
+  alpha = {};
   return 1;
 }
 

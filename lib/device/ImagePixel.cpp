@@ -93,7 +93,41 @@ int Image::getRow(int y, unsigned char* bytes) const {
   return bytes_line;
 }
 
+int Image::allocAlpha() {
+  alpha.clear();
+  if (!validData()) return 0;
+  alpha.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 255);
+  return 1;
+}
+
+int Image::setAlpha(int x, int y, int value) {
+  if (alpha.empty() || find(x, y) == NOWHERE) return 0;
+  alpha[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)] =
+      static_cast<unsigned char>(std::clamp(value, 0, 255));
+  return 1;
+}
+
+int Image::getAlpha(int x, int y) const {
+  if (alpha.empty() || find(x, y) == NOWHERE) return 255;
+  return alpha[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
+}
+
+std::uint32_t Image::blend(int x, int y, std::uint32_t behind) const {
+  RGB rgb;
+  getRGB(x, y, rgb);
+  const auto part = static_cast<std::uint32_t>(getAlpha(x, y));
+  std::uint32_t packed = 0;
+  int shift = 16;
+  for (const float v : {rgb.red, rgb.green, rgb.blue}) {
+    const auto own = static_cast<std::uint32_t>(std::lround(v * 255.0f));
+    packed |= (own * part + (behind >> shift & 255) * (255 - part) + 127) / 255 << shift;
+    shift -= 8;
+  }
+  return packed;
+}
+
 bool Image::isPixelTrans(int x, int y) const {
+  if (getAlpha(x, y) == 0) return true;
   if (trans_color < 0 || find(x, y) == NOWHERE) return false;
   const std::uint32_t value = getVal(x, y);
   // The fourth byte of 32 bits is no colour.

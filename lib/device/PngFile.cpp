@@ -46,6 +46,8 @@ struct PngFile::State {
   png_infop info = nullptr;
   std::jmp_buf jump;
   std::vector<unsigned char> row;
+  std::vector<unsigned char> wide;  // pixels of four channels
+  int file_depth = 0;               // bits of a channel in the file
   std::array<png_color, PALETTE> palette{};
   std::array<png_byte, PALETTE> alpha{};
   std::vector<std::pair<std::string, std::string>> texts;
@@ -80,7 +82,9 @@ struct PngFile::State {
   bool putHeader(const Image& image);
   bool putRows(const Image& image);
   bool getHeader(std::int64_t size, int& width, int& height, int& channels);
+  bool hasFaintEntries() const;
   bool getRows(Image& image, int channels);
+  void splitAlpha(Image& image) const;
   void getColors(Image& image);
   void getTexts(Image& image);
 };
@@ -232,6 +236,7 @@ bool PngFile::State::getHeader(std::int64_t size, int& width, int& height, int& 
   png_uint_32 w = 0, h = 0;
   int depth = 0, type = 0, interlace = 0, compression = 0, filter = 0;
   png_get_IHDR(png, info, &w, &h, &depth, &type, &interlace, &compression, &filter);
+  file_depth = depth;
   Kyv::outDebug(2, "Width: %u\n", static_cast<unsigned>(w));
   Kyv::outDebug(2, "Height: %u\n", static_cast<unsigned>(h));
   Kyv::outDebug(2, "Depth: %d\n", depth);
@@ -244,29 +249,63 @@ bool PngFile::State::getHeader(std::int64_t size, int& width, int& height, int& 
   // A size is a claim: the file must be able to hold it.
   const auto most = size > 0 ? size * MAX_DEFLATE : std::int64_t{1} << 28;
   if (static_cast<std::int64_t>(png_get_rowbytes(png, info)) * height > most) png_error(png, "larger than its file");
+  // Of 16 bits a clear colour can be told only before half of them go; a clear entry of a palette stays an index.
+  const bool clear = png_get_valid(png, info, PNG_INFO_tRNS) != 0;
+  if ((clear && depth == 16) || (clear && type == PNG_COLOR_TYPE_PALETTE && hasFaintEntries())) {
+    png_set_expand(png);
+    type |= PNG_COLOR_MASK_ALPHA;
+  }
   if (depth == 16) png_set_strip_16(png);
   if (depth < 8) png_set_packing(png);
   if (type == PNG_COLOR_TYPE_GRAY && depth < 8) png_set_expand_gray_1_2_4_to_8(png);
-  if (type & PNG_COLOR_MASK_ALPHA) png_set_strip_alpha(png);
+  if (type & PNG_COLOR_MASK_ALPHA) png_set_gray_to_rgb(png);
   png_set_interlace_handling(png);
   png_read_update_info(png, info);
   channels = png_get_channels(png, info);
   return true;
 }
 
+// Whether the palette has more than one entry that is not opaque, or one that is not clear: a transparent index cannot
+// tell these.
+bool PngFile::State::hasFaintEntries() const {
+  png_bytep parts = nullptr;
+  int num = 0;
+  png_color_16p color = nullptr;
+  if (!png_get_tRNS(png, info, &parts, &num, &color) || !parts) return false;
+  const auto faint = [](png_byte part) { return part > 0 && part < 255; };
+  return std::any_of(parts, parts + num, faint) || std::count(parts, parts + num, png_byte{0}) > 1;
+}
+
+// Reads the pixels; a fourth channel says how much of each is seen.
 bool PngFile::State::getRows(Image& image, int channels) {
   const auto line = static_cast<std::size_t>(image.getWidth()) * static_cast<std::size_t>(channels);
+  const auto height = static_cast<std::size_t>(image.getHeight());
+  if (channels == 4) wide.assign(line * height, 0);
+  unsigned char* const to = channels == 4 ? wide.data() : image.getData().data();
   const int passes = png_get_interlace_type(png, info) == PNG_INTERLACE_NONE ? 1 : 7;
   if (setjmp(jump)) return false;
   if (png_get_rowbytes(png, info) != line) png_error(png, "rows of another size");
   for (int pass = 0; pass < passes; ++pass) {
     for (int y = 0; y < image.getHeight(); ++y) {
-      png_read_row(png, image.getData().data() + static_cast<std::size_t>(y) * line, nullptr);
+      png_read_row(png, to + static_cast<std::size_t>(y) * line, nullptr);
       rows = std::max(rows, y + 1);
     }
   }
   png_read_end(png, info);
   return true;
+}
+
+// Parts the four channels.
+void PngFile::State::splitAlpha(Image& image) const {
+  if (wide.empty() || !image.allocAlpha()) return;
+  const unsigned char* from = wide.data();
+  unsigned char* to = image.getData().data();
+  for (int y = 0; y < image.getHeight(); ++y) {
+    for (int x = 0; x < image.getWidth(); ++x, from += 4, to += 3) {
+      std::copy_n(from, 3, to);
+      image.setAlpha(x, y, from[3]);
+    }
+  }
 }
 
 void PngFile::State::getColors(Image& image) {
@@ -285,10 +324,12 @@ void PngFile::State::getColors(Image& image) {
     for (int i = numClear - 1; hasClear && clear && i >= 0; --i) {
       if (clear[i] == 0) image.setTransColor(i);
     }
-  } else if (hasClear && color) {
+  } else if (hasClear && color && !image.validAlpha()) {
+    // Levels of grey below 8 bits have been spread over them.
+    const int grey = file_depth < 8 ? color->gray * 255 / ((1 << file_depth) - 1) : color->gray;
     image.setTransColor(image.getColorType() == Image::DIRECT
                             ? (color->red & 255) << 16 | (color->green & 255) << 8 | (color->blue & 255)
-                            : color->gray & 255);
+                            : grey & 255);
   }
 }
 
@@ -329,11 +370,13 @@ int PngFile::read(Image& image) {
   bool whole = false;
   if (s.getHeader(size, width, height, channels)) {
     const bool indexed = png_get_color_type(s.png, s.info) == PNG_COLOR_TYPE_PALETTE;
-    image.set(width, height, channels == 3 ? 24 : 8);
+    const bool direct = channels >= 3;
+    image.set(width, height, direct ? 24 : 8);
     image.setByteOrder(1);
-    image.setColorType(channels == 3 ? Image::DIRECT : indexed ? Image::INDEXED : Image::GREY);
-    if ((channels == 1 || channels == 3) && image.allocData()) {
+    image.setColorType(direct ? Image::DIRECT : indexed ? Image::INDEXED : Image::GREY);
+    if ((channels == 1 || direct) && image.allocData()) {
       whole = s.getRows(image, channels);
+      s.splitAlpha(image);
       s.getColors(image);
       s.getTexts(image);
     }

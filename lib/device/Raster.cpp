@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "DeviceOptions.h"
 #include "KYV/Kyv.h"
 #include "KYV/Points.h"
 #include "KYV/StrLib.h"
@@ -89,6 +90,15 @@ struct Raster::State {
     return frame >= 0 && frame < static_cast<int>(frames.size()) ? frames[static_cast<std::size_t>(frame)] : base;
   }
   int depth() const { return direct ? 3 : 1; }
+  /// The packed colour of a pixel of the picture in hand, which is so many pixels wide.
+  std::uint32_t colorAt(int x, int y, int width) {
+    const Pixels& pixels = picture(target);
+    const auto at = static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+    if (!direct) return at < pixels.size() ? colors[pixels[at]] : 0;
+    if (3 * at + 2 >= pixels.size()) return 0;
+    const unsigned char* p = &pixels[3 * at];
+    return static_cast<std::uint32_t>(p[0] << 16 | p[1] << 8 | p[2]);
+  }
 
   // The value of a colour in the pictures.
   std::uint32_t ink(std::uint32_t packed) {
@@ -142,14 +152,15 @@ int Raster::init() {
 }
 
 int Raster::setSize(float w, float h) {
+  constexpr float MOST = Image::MAX_SIZE;
+  // Written so that a number that is none is refused too.
+  if (!(w >= 1.0f && h >= 1.0f && w <= MOST && h <= MOST)) {
+    DeviceOptions::refuseSize("Raster", w, h, Image::MAX_SIZE, width, height);
+    return 0;
+  }
   width = std::floor(w);
   height = std::floor(h);
-  return isSizeGood();
-}
-
-bool Raster::isSizeGood() const {
-  constexpr float MOST = Image::MAX_SIZE;
-  return width >= 1.0f && height >= 1.0f && width <= MOST && height <= MOST;
+  return 1;
 }
 
 int Raster::setBackground(const char* color) {
@@ -162,11 +173,6 @@ int Raster::setBackground(const char* color) {
 
 int Raster::open() {
   if (opened) return 1;
-  if (!isSizeGood()) {
-    std::fprintf(stderr, "Raster: a picture of %.0f x %.0f pixels cannot be made, the largest is %d x %d\n",
-                 static_cast<double>(width), static_cast<double>(height), Image::MAX_SIZE, Image::MAX_SIZE);
-    return 0;
-  }
   if (!state->own_ground) state->ground = inverse ? WHITE : BLACK;
   state->ink(state->ground);
   state->clear(state->base, pixelCount());
@@ -270,10 +276,9 @@ int Raster::drawImage(const Image& image, float x, float y) {
   for (int py = std::max(top, box.y0); py <= std::min(top + h - 1, box.y1); ++py) {
     for (int px = std::max(left, box.x0); px <= std::min(left + w - 1, box.x1); ++px) {
       if (image.isPixelTrans(px - left, py - top)) continue;
-      RGB rgb;
-      image.getRGB(px - left, py - top, rgb);
       const bool before = state->direct;
-      state->paint.setInk(state->ink(static_cast<std::uint32_t>(allocColor(rgb.red, rgb.green, rgb.blue))));
+      const std::uint32_t behind = image.validAlpha() ? state->colorAt(px, py, static_cast<int>(width)) : 0;
+      state->paint.setInk(state->ink(image.blend(px - left, py - top, behind)));
       if (before != state->direct) aim();
       state->paint.rect({px, py, px, py});
     }

@@ -130,8 +130,9 @@ void RasterPaint::mark(Pixel a, Pixel b, int top, int num, Run* runs) {
   }
 }
 
+// All turns to one side, and once around: going across it changes its way but twice.
 bool RasterPaint::isConvex(std::span<const Pixel> points) {
-  int turn = 0;
+  int turn = 0, way = 0, changes = 0;
   const std::size_t n = points.size();
   Pixel a = points[n - 2], b = points[n - 1];
   for (const Pixel& c : points) {
@@ -139,10 +140,13 @@ bool RasterPaint::isConvex(std::span<const Pixel> points) {
     const int sign = (cross > 0) - (cross < 0);
     if (sign * turn < 0) return false;
     if (sign) turn = sign;
+    const int step = (c.x > b.x) - (c.x < b.x);
+    changes += step * way < 0;
+    if (step) way = step;
     a = b;
     b = c;
   }
-  return true;
+  return changes <= 2;
 }
 
 // A convex polygon with its outline: from the leftmost to the rightmost pixel of the outline in each row of the box.

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "DeviceOptions.h"
 #include "KYV/Kyv.h"
 #include "KYV/StrLib.h"
 #include "KYV/String.h"
@@ -106,7 +107,7 @@ int XWindow::init() {
   return 1;
 }
 
-bool XWindow::alive() const { return state->opened && !Shared::get().lost; }
+bool XWindow::alive() const { return state->opened && !state->gone && !Shared::get().lost; }
 
 // Settings.
 
@@ -181,7 +182,10 @@ int XWindow::setBackground(const char* color) {
 
 int XWindow::setSize(float w, float h) {
   // Written so that a number that is none is refused too.
-  if (!(w >= 1.0f && h >= 1.0f && w <= MAX_SIZE && h <= MAX_SIZE)) return 0;
+  if (!(w >= 1.0f && h >= 1.0f && w <= MAX_SIZE && h <= MAX_SIZE)) {
+    DeviceOptions::refuseSize("XWindow", w, h, MAX_SIZE, getWidth(), getHeight());
+    return 0;
+  }
   state->width = static_cast<int>(w);
   state->height = static_cast<int>(h);
   return 1;
@@ -377,7 +381,12 @@ void XWindow::makeContexts() {
     std::memcpy(bits, rows.data(), sizeof bits);
     s.stipples.push_back(XCreateBitmapFromData(display, s.target, bits, 8, 8));
   }
-  for (std::size_t i = 0; i < s.cursors.size(); ++i) s.cursors[i] = XCreateFontCursor(display, CURSOR_SHAPES[i]);
+  // Of a display that has gone nobody takes requests any more, until they run over their buffer: it is asked first.
+  XSync(display, False);
+  for (std::size_t i = 0; i < s.cursors.size() && !shared.lost; ++i) {
+    s.cursors[i] = XCreateFontCursor(display, CURSOR_SHAPES[i]);
+  }
+  if (shared.lost) return;
   s.font = XLoadQueryFont(display, DEFAULT_FONT);
   if (s.font) {
     XSetFont(display, s.contexts[TEXT], s.font->fid);
@@ -400,7 +409,7 @@ int XWindow::close() {
     if (s.base) XFreePixmap(display, s.base);
     for (const Pixmap stipple : s.stipples) XFreePixmap(display, stipple);
     for (const Cursor cursor : s.cursors) XFreeCursor(display, cursor);
-    if (s.mode == State::OWN) XDestroyWindow(display, s.window);
+    if (s.mode == State::OWN && !s.gone) XDestroyWindow(display, s.window);
     XSync(display, False);
   }
   shared.windows[static_cast<std::size_t>(s.number)] = nullptr;

@@ -301,7 +301,12 @@ int XWindow::drawImage(const Image& image, float x, float y) {
   for (int py = y0; py < y1; ++py) {
     for (int px = x0; px < x1; ++px) {
       if (image.isPixelTrans(px - left, py - top) || !image.getRGB(px - left, py - top, rgb)) continue;
-      const auto packed = static_cast<std::uint32_t>(packColor(rgb.red, rgb.green, rgb.blue));
+      std::uint32_t packed = static_cast<std::uint32_t>(packColor(rgb.red, rgb.green, rgb.blue));
+      if (const int seen = image.getAlpha(px - left, py - top); seen < 255) {
+        packed = image.blend(px - left, py - top, colorOf(XGetPixel(part, px - x0, py - y0)));
+        const auto channel = [packed](int shift) { return static_cast<float>(packed >> shift & 255) / 255.0f; };
+        rgb.set(channel(16), channel(8), channel(0));
+      }
       const auto [at, isNew] = pixels.try_emplace(packed, 0);
       if (isNew) at->second = static_cast<unsigned>(allocColor(rgb.red, rgb.green, rgb.blue));
       XPutPixel(part, px - x0, py - y0, at->second);

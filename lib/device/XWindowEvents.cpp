@@ -173,7 +173,7 @@ void XWindow::press(const char* text) {
   static constexpr auto LOOP = [](XWindow& w) { w.toggleLoop(); };
   static constexpr Action ACTIONS[] = {
       {"B1-P", 4, BACK},         {"B2-P", 4, LOOP},
-      {"B3-P", 4, ON},           {"d-Alt", MODIFIED, [](XWindow& w) { w.deleteFrame(w.state->current); }},
+      {"B3-P", 4, ON},           {"d-Alt", MODIFIED, [](XWindow& w) { w.deleteShown(); }},
       {"l-Alt", MODIFIED, LOOP}, {"[-Alt", MODIFIED, BACK},
       {"]-Alt", MODIFIED, ON},
   };
@@ -219,7 +219,8 @@ int XWindow::update() {
   if (!alive()) return 0;
   const State& s = *state;
   Display* display = Shared::get().display;
-  if (s.mode == State::OWN) {
+  // Without frames a window of another program is drawn into at once.
+  if (s.shown != s.window) {
     XCopyArea(display, s.shown, s.window, s.contexts[State::COPY], 0, 0, static_cast<unsigned>(s.width),
               static_cast<unsigned>(s.height), 0, 0);
   }
@@ -286,6 +287,12 @@ void XWindow::handleEvents(double seconds) {
     deliver(window, name.c_str(),
             [&](Listener& listener, const void*) { listener.callback(title.c_str(), name.c_str(), text.c_str()); });
     if (ends) shared.managed = false;
+    if (event.type == DestroyNotify && event.xdestroywindow.window == state->window) {
+      state->gone = true;
+      shared.managed = false;
+      Kyv::outWarning("XWindow: another program has closed the window\n");
+      return;
+    }
   }
 }
 

@@ -71,7 +71,7 @@ int XWindow::setFrame(int n) {
   if (!alive() || s.frames.empty()) return 0;
   if (n == -1) n = getNumFrames() - 1;
   if (n == -2) n = s.current;
-  if (n == -3) return s.target = s.base, 1;
+  if (n == -3) return s.target = s.ground(), 1;
   if (n < 0 || n >= getNumFrames()) return 0;
   s.target = s.frames[static_cast<std::size_t>(n)].pixmap;
   return 1;
@@ -117,8 +117,8 @@ int XWindow::deleteFrame(int n) {
   const Pixmap pixmap = s.frames[static_cast<std::size_t>(n)].pixmap;
   const bool wasShown = s.shown == pixmap;
   s.frames.erase(s.frames.begin() + n);
-  if (s.target == pixmap) s.target = s.base;
-  if (wasShown) s.shown = s.base;
+  if (s.target == pixmap) s.target = s.ground();
+  if (wasShown) s.shown = s.ground();
   XFreePixmap(Shared::get().display, pixmap);
   if (s.frames.empty()) {
     s.current = 0;
@@ -128,6 +128,12 @@ int XWindow::deleteFrame(int n) {
   }
   if (s.current > n) --s.current;
   return displayFrame(std::min(s.current, getNumFrames() - 1));
+}
+
+// By a key: those who keep something of each frame have to know.
+void XWindow::deleteShown() {
+  const int n = state->current;
+  if (deleteFrame(n)) doCallback("DeleteFrame", std::to_string(n).c_str());
 }
 
 int XWindow::deleteFrame() {

@@ -58,6 +58,7 @@ struct XWindow::State {
   bool iconic = false;
   bool opened = false;
   bool mapped = false;
+  bool gone = false;  // another program has destroyed the window
   std::string display;
   std::string title = "KYV";
   int number = -1;  // of the window
@@ -93,6 +94,8 @@ struct XWindow::State {
   int last = -1;
   std::vector<XPoint> work;
 
+  /// What is drawn into without frames.
+  Drawable ground() const { return mode == OWN ? base : window; }
   int firstFrame() const { return first < 0 ? 0 : first; }
   int lastFrame() const {
     const int end = static_cast<int>(frames.size()) - 1;

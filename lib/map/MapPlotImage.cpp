@@ -33,7 +33,7 @@ bool warpImage(const Image& from, Plot& plot, Image& to) {
   // On paper what the picture does not show is white.
   const std::uint32_t nothing = plot.getGraph().isFileDevice() ? 0xFFFFFF : TRANSPARENT;
   to.setTransColor(TRANSPARENT);
-  if (!to.allocData()) return false;
+  if (!to.allocData() || (from.validAlpha() && !to.allocAlpha())) return false;
 
   const int block =
       std::max(1, static_cast<int>(std::ceil(std::sqrt(static_cast<double>(width) * height / MAX_PROJECTED))));
@@ -45,15 +45,22 @@ bool warpImage(const Image& from, Plot& plot, Image& to) {
       EarthPoint e;
       GridPoint g;
       std::uint32_t value = nothing;
+      int seen = 255;
       if (domain.tran(p, e) && !e.isMissing() && from.tran(e, g) && !g.isMissing()) {
         const float gx = std::floor(g.x), gy = std::floor(g.y);
         const bool inside = gx >= 0.0f && gx < static_cast<float>(from.getWidth()) && gy >= 0.0f &&
                             gy < static_cast<float>(from.getHeight());
         const int x = inside ? static_cast<int>(gx) : -1, y = inside ? static_cast<int>(gy) : -1;
-        if (inside && !from.isPixelTrans(x, y)) value = from.getPixel(x, y);
+        if (inside && !from.isPixelTrans(x, y)) {
+          value = from.getPixel(x, y);
+          seen = from.getAlpha(x, y);
+        }
       }
       for (int y = top; y < std::min(top + block, height); ++y) {
-        for (int x = left; x < std::min(left + block, width); ++x) to.setPixel(x, y, value);
+        for (int x = left; x < std::min(left + block, width); ++x) {
+          to.setPixel(x, y, value);
+          to.setAlpha(x, y, seen);
+        }
       }
     }
   }

@@ -138,6 +138,7 @@ bool Figure::drawLoop(int frames) {
   if (byTime) date += -static_cast<int>(std::min(std::int64_t{frames - 1} * step, std::int64_t{INT_MAX}));
   Date drawn;  // of the data of the frame before
   bool any = false;
+  int left_out = 0;  // frames for which the device has no room
   for (int i = 0; i < frames; ++i) {
     const bool found = layer.setFilename(date, "") != 0;
     Date dataDate;
@@ -145,12 +146,19 @@ bool Figure::drawLoop(int frames) {
     Kyv::outDebug(3, "***************************************************\n");
     const bool repeated = (byTime || num_sync == 1) && any && dataDate.secs == drawn.secs;
     if (found && !repeated) {
-      plot.newFrame();
-      showFrame(date, hours.getString(i));
+      if (left_out > 0 || !plot.newFrame()) {
+        ++left_out;
+      } else {
+        showFrame(date, hours.getString(i));
+      }
       drawn = dataDate;
       any = true;
     }
     if (byTime) date += step;
+  }
+  if (left_out > 0) {
+    Kyv::outWarning("Figure: there is room for %d frames, %d more are left out; ask for fewer with nf=\n",
+                    plot.getNumFrames(), left_out);
   }
   return any;
 }
@@ -227,7 +235,7 @@ int Figure::draw() {
 int Figure::updateLoop(Date& date) {
   if (num_frame > 1) {
     plot.deleteFrame(0);
-    plot.newFrame();
+    if (!plot.newFrame()) return 0;
   } else {
     plot.clearFrame();
   }

@@ -403,8 +403,7 @@ int Graph::getNumFrames() { return device ? device->getNumFrames() : 0; }
 int Graph::newFrame() {
   if (!device) return 0;
   device->displayFrame(-1);
-  device->newFrame(-1);
-  return device->setFrame(-1);
+  return device->newFrame(-1) && device->setFrame(-1);
 }
 
 }  // namespace KYV

@@ -147,6 +147,10 @@ void Plot::noteFrame() {
   frame_texts.back() = text;
 }
 
+void Plot::dropFrameText(int frame) {
+  if (frame >= 0 && frame < static_cast<int>(frame_texts.size())) frame_texts.erase(frame_texts.begin() + frame);
+}
+
 // The map as it runs on over the whole of a picture of the page; false where there is none that a picture could carry.
 bool Plot::pictureDomain(int width, int height, Domain& domain) const {
   domain = getDomain();

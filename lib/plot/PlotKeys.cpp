@@ -33,6 +33,7 @@ Readout findReadout(int proj) {
 
 void Plot::callback(const char* name, const char* value, const void* data) {
   const PlotEvent event(name, value, data);
+  if (event.is("DeleteFrame") && event.text) dropFrameText(StrLib::toInt(event.text));
   if (!event.is("KeyPress") || !event.text) return;
   const auto isKey = [&event](const char* key) { return StrLib::equal(event.text, key, KEY_LENGTH); };
   if (StrLib::equal(event.text, "Ret", 3)) {

@@ -215,13 +215,13 @@ int Plot::firstPanel() {
 }
 
 int Plot::newFrame() {
-  graph.newFrame();
+  if (!graph.newFrame()) return 0;
   frame_texts.emplace_back();
   return firstPanel();
 }
 
 int Plot::deleteFrame(int frame) {
-  if (frame >= 0 && frame < static_cast<int>(frame_texts.size())) frame_texts.erase(frame_texts.begin() + frame);
+  dropFrameText(frame);
   return graph.deleteFrame(frame);
 }
 

@@ -1,6 +1,7 @@
 #include "KYV/PngFile.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <cstdlib>
 #include <string>
@@ -139,6 +140,65 @@ TEST_F(PngTest, OtherProgramsReadAndWriteTheSame) {
         }
       }
       EXPECT_EQ(0, different);
+    }
+  }
+}
+
+// A PNG file of one row, its chunks as given, its pixels stored without compression.
+std::string makePng(int type, int depth, int width, const std::string& palette, const std::string& clear,
+                    const std::string& pixels) {
+  const auto word = [](std::uint32_t v) {
+    return std::string{static_cast<char>(v >> 24), static_cast<char>(v >> 16), static_cast<char>(v >> 8),
+                       static_cast<char>(v)};
+  };
+  const auto chunk = [&](const std::string& name, const std::string& content) {
+    const std::string body = name + content;
+    return word(static_cast<std::uint32_t>(content.size())) + body +
+           word(static_cast<std::uint32_t>(
+               crc32(0, reinterpret_cast<const unsigned char*>(body.data()), static_cast<unsigned>(body.size()))));
+  };
+  const std::string row = std::string(1, '\0') + pixels;
+  const auto length = static_cast<char>(row.size());
+  const std::string data =
+      std::string("\x78\x01\x01", 3) + std::string{length, 0, static_cast<char>(~length), static_cast<char>(0xFF)} +
+      row +
+      word(static_cast<std::uint32_t>(
+          adler32(1, reinterpret_cast<const unsigned char*>(row.data()), static_cast<unsigned>(row.size()))));
+  const std::string head = word(static_cast<std::uint32_t>(width)) + word(1) +
+                           std::string{static_cast<char>(depth), static_cast<char>(type), 0, 0, 0};
+  return "\x89PNG\r\n\x1A\n" + chunk("IHDR", head) + (palette.empty() ? "" : chunk("PLTE", palette)) +
+         (clear.empty() ? "" : chunk("tRNS", clear)) + chunk("IDAT", data) + chunk("IEND", "");
+}
+
+TEST_F(PngTest, WhatIsClearIsSoAtEveryDepth) {
+  using namespace std::string_literals;
+  constexpr int GREY = 0, RGB = 2, PALETTE = 3, GREY_ALPHA = 4, RGBA = 6;
+  const struct {
+    const char* what;
+    std::string file;
+    std::vector<int> alpha;  // of each pixel
+  } CASES[] = {
+      {"colours with alpha", makePng(RGBA, 8, 3, "", "", "\1\2\3\0\1\2\3\x80\1\2\3\xFF"s), {0, 128, 255}},
+      {"grey with alpha", makePng(GREY_ALPHA, 8, 2, "", "", "\7\0\7\xFF"s), {0, 255}},
+      {"grey of 2 bits", makePng(GREY, 2, 4, "", "\0\2"s, "\x1B"s), {255, 255, 0, 255}},
+      {"grey of 8 bits", makePng(GREY, 8, 3, "", "\0\2"s, "\1\2\3"s), {255, 0, 255}},
+      {"grey of 16 bits, whose upper halves are alike",
+       makePng(GREY, 16, 3, "", "\5\2"s, "\5\1\5\2\5\3"s),
+       {255, 0, 255}},
+      {"colours of 16 bits", makePng(RGB, 16, 2, "", "\1\1\2\2\3\3"s, "\1\1\2\2\3\3\1\1\2\2\3\4"s), {0, 255}},
+      {"a clear entry of a palette", makePng(PALETTE, 8, 2, "\1\1\1\2\2\2"s, "\xFF\0"s, "\0\1"s), {255, 0}},
+      {"faint entries of a palette", makePng(PALETTE, 8, 3, "\1\1\1\2\2\2"s, "\0\x40"s, "\0\1\1"s), {0, 64, 64}},
+      {"two clear entries", makePng(PALETTE, 8, 2, "\1\1\1\2\2\2"s, "\0\0"s, "\0\1"s), {0, 0}},
+  };
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(c.what);
+    writeFile("x.png", c.file);
+    Image image;
+    PngFile file;
+    ASSERT_EQ(1, file.read("x.png", image));
+    for (std::size_t x = 0; x < c.alpha.size(); ++x) {
+      const int at = static_cast<int>(x);
+      EXPECT_EQ(c.alpha[x], image.isPixelTrans(at, 0) ? 0 : image.getAlpha(at, 0)) << x;
     }
   }
 }

@@ -193,13 +193,53 @@ TEST_F(RasterTest, ImagesLieBesideTheirPlace) {
   EXPECT_EQ((std::vector<std::string>{"......", "..#...", "...#..", "......"}), rows(raster));
 }
 
+TEST_F(RasterTest, PicturesAreBlendedWithWhatIsThere) {
+  Image image;
+  image.set(3, 1, 24);
+  image.setByteOrder(1);
+  image.setColorType(Image::DIRECT);
+  ASSERT_TRUE(image.allocData() && image.allocAlpha());
+  const int seen[] = {0, 51, 255};
+  for (int x = 0; x < 3; ++x) {
+    image.setPixel(x, 0, 0x0000FF);
+    image.setAlpha(x, 0, seen[x]);
+  }
+  open(3, 1);
+  raster.setColor(Device::FILL, RED);
+  raster.drawFill(Device::FILL, path({{0, 0}, {2, 0}, {2, 0}, {0, 0}}));
+  raster.drawImage(image, 0, 0);
+  Image result;
+  raster.getImage(result);
+  EXPECT_EQ(0xFF0000u, result.getPixel(0, 0));
+  EXPECT_EQ(0xCC0033u, result.getPixel(1, 0)) << "a fifth of blue";
+  EXPECT_EQ(0x0000FFu, result.getPixel(2, 0));
+}
+
+// Filled by even and odd, as the window fills: what an outline goes around twice stays open.
+TEST_F(RasterTest, StarsHaveAHole) {
+  open(101, 101);
+  raster.setColor(Device::FILL, RED);
+  Points star;
+  for (int i = 0; i <= 5; ++i) {
+    const double angle = 2.0 * 3.14159265358979 * (2 * i % 5) / 5.0;
+    star.add(50.0f + 48.0f * static_cast<float>(std::sin(angle)), 50.0f - 48.0f * static_cast<float>(std::cos(angle)));
+  }
+  raster.drawFill(Device::FILL, star);
+  const std::vector<std::string> picture = rows(raster);
+  EXPECT_EQ('.', picture[50][50]);
+  EXPECT_EQ('#', picture[15][50]) << "a point of the star";
+}
+
 TEST_F(RasterTest, SizesAndGrounds) {
   for (const auto& [w, h] : {std::pair{0.0f, 5.0f}, {16385.0f, 5.0f}, {std::nanf(""), 5.0f}, {-3.0f, 5.0f}}) {
     Raster other;
-    EXPECT_EQ(0, other.setSize(w, h));
+    other.setSize(30.0f, 20.0f);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(0, other.open());
-    EXPECT_NE("", testing::internal::GetCapturedStderr());
+    EXPECT_EQ(0, other.setSize(w, h));
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_NE(std::string::npos, said.find("16384 x 16384 are; 30 x 20 is used")) << said;
+    EXPECT_EQ(1, other.open());
+    EXPECT_EQ(30.0f, other.getWidth()) << "as it was";
   }
   struct Case {
     const char* color;

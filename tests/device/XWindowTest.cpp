@@ -2,16 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "CutServer.h"
 #include "KYV/Image.h"
 #include "KYV/Points.h"
 #include "KYV/Raster.h"
 #include "KYV/String.h"
+#include "TempDir.h"
 #include "XServer.h"
 
 using KYV::Device;
@@ -259,6 +263,74 @@ TEST_F(XWindowTest, AWindowOfAnotherProgramCanBeDrawnInto) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(0, wrong.open());
   EXPECT_EQ("Window open: unable to open window\n", testing::internal::GetCapturedStderr());
+}
+
+TEST_F(XWindowTest, FramesInAWindowOfAnotherProgramAreShown) {
+  KYV::String name;
+  window.getDevice(name);
+  XWindow inside;
+  inside.setParam(std::string(name.view().substr(2)).c_str());
+  ASSERT_EQ(1, inside.open());
+  ASSERT_EQ(1, inside.newFrame(-1));
+  inside.setColor(Device::FILL, inside.allocColor(1, 0, 0));
+  Points area;
+  for (const auto& [x, y] : {std::pair{0.0f, 0.0f}, {WIDTH, 0.0f}, {WIDTH, HEIGHT}, {0.0f, HEIGHT}}) area.add(x, y);
+  inside.drawFill(Device::FILL, area);
+  ASSERT_EQ(1, inside.displayFrame(0));
+  // As the screen shows it.
+  const TempDir dir;
+  const std::string shot = dir.path("shot.txt");
+  const std::string id(name.view().substr(name.view().find(':', name.view().find('+')) + 1));
+  const std::string command = "import -display " + server.getDisplay() + " -window " + std::to_string(std::stoul(id)) +
+                              " -crop 1x1+150+100 -depth 8 rgb:" + shot + " 2> /dev/null";
+  if (std::system(command.c_str()) != 0) GTEST_SKIP() << "no import";
+  EXPECT_EQ(std::string("\xFF\0\0", 3), TempDir::read(shot));
+  EXPECT_EQ(1, inside.deleteFrame(0));
+  EXPECT_EQ(1, inside.drawLine(Device::LINE, 0, 0, 10, 10)) << "into the window again";
+}
+
+TEST_F(XWindowTest, AWindowThatAnotherProgramClosesEndsTheLoop) {
+  testing::internal::CaptureStderr();
+  bool acted = false;
+  run({[&] { acted = server.act("search --name KYV windowclose"); }, [] {}, [] {}, [] {}, [] {}, [] {}});
+  const std::string said = testing::internal::GetCapturedStderr();
+  if (!acted) GTEST_SKIP() << "no xdotool";
+  EXPECT_EQ("XWindow: another program has closed the window\n", said);
+  EXPECT_EQ(0, window.drawLine(Device::LINE, 0, 0, 1, 1));
+  EXPECT_EQ(1, window.close());
+}
+
+TEST_F(XWindowTest, AKeyThatDeletesAFrameTellsSo) {
+  window.newFrame(-1);
+  window.newFrame(-1);
+  window.displayFrame(1);
+  bool acted = false;
+  run({[&] { acted = server.act("search --name KYV windowfocus key alt+d"); }, [] {}, [] {}});
+  if (!acted) GTEST_SKIP() << "no xdotool";
+  EXPECT_EQ(1, window.getNumFrames());
+  EXPECT_TRUE(heard("0 ") || heard("1 ")) << "whichever the loop was at";
+}
+
+// Whatever it was that the window waited for when the display went.
+TEST(XWindow, ADisplayThatGoesWhileTheWindowOpensIsToldOf) {
+  const XServer server;
+  if (server.getDisplay().empty()) GTEST_SKIP() << "no Xvfb";
+  for (const long bytes : {8, 301, 900, 1700, 2500, 3300, 4100, 4900, 5400, 9000}) {
+    SCOPED_TRACE(bytes);
+    const pid_t child = fork();
+    if (child == 0) {
+      const CutServer cut(server.getDisplay(), bytes);
+      XWindow window;
+      window.setParam(cut.getDisplay().c_str());
+      window.setSize(WIDTH, HEIGHT);
+      if (window.open()) window.drawLine(Device::LINE, 0, 0, 10, 10);
+      window.close();
+      std::exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  }
 }
 
 TEST_F(XWindowTest, FontsAreThoseThatTheServerHas) {

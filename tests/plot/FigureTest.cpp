@@ -250,6 +250,17 @@ TEST_F(FigureTest, EachFrameStartsOnOnePanelWithoutLabels) {
   EXPECT_EQ(one, two);
 }
 
+TEST_F(FigureTest, FramesForWhichThereIsNoRoomAreLeftOut) {
+  Layer layer(log);
+  open("nf=5", {&layer});
+  device->room = 2;
+  testing::internal::CaptureStderr();
+  figure->endPlot();
+  EXPECT_EQ("Figure: there is room for 2 frames, 3 more are left out; ask for fewer with nf=\n",
+            testing::internal::GetCapturedStderr());
+  EXPECT_EQ((Log{"1100", "1115"}), drawn()) << "nothing is drawn over the last one";
+}
+
 TEST_F(FigureTest, KeysChangeTheMap) {
   Layer layer(log);
   open("nf=2", {&layer});

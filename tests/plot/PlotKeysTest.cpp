@@ -98,6 +98,26 @@ TEST_F(PlotKeys, PicturesAreNamedAfterTheTitle) {
   EXPECT_FALSE(std::filesystem::exists("Radar_plot-00.png"));
 }
 
+TEST_F(PlotKeys, ADeletedFrameTakesItsTitleWithIt) {
+  Kyv::resrc.clear();
+  Kyv::setResrc("device", "raster");
+  open("ps:35:-97,35,-97,61,41,0.1,0.1");
+  for (const char* name : {"First", "Second", "Third"}) {
+    plot.newFrame();
+    plot.addLabel("ul", name);
+    plot.drawLabels();
+  }
+  // The window deletes a frame by a key, and tells of it.
+  plot.getGraph().deleteFrame(0);
+  plot.callback("DeleteFrame", "0", nullptr);
+  Image image;
+  for (int frame = 0; frame < 2; ++frame) {
+    plot.getGraph().displayFrame(frame);
+    ASSERT_EQ(1, plot.getImage(image));
+    EXPECT_STREQ(frame == 0 ? "Second" : "Third", image.getInfo());
+  }
+}
+
 TEST_F(PlotKeys, APictureTellsWhatItShows) {
   open("ps:35:-97,35,-97,61,41,0.1,0.1");
   plot.addLabel("ul", "Layer_of_%Y");

@@ -59,7 +59,7 @@ class TestDevice : public KYV::FileDevice {
   int addCallback(const char* event, KYV::Listener*, const void*) override { return note("listen %s", event); }
   int displayFrame(int frame) override { return note("display %d", frame); }
   int clear() override { return note("clear"); }
-  int newFrame(int frame) override { return ++frames, note("new %d", frame); }
+  int newFrame(int frame) override { return frames < room ? (++frames, note("new %d", frame)) : 0; }
   int deleteFrame(int frame) override { return frames -= frames > 0, note("delete %d", frame); }
   int getNumFrames() override { return frames; }
   int setFrame(int frame) override { return note("frame %d", frame); }
@@ -70,6 +70,7 @@ class TestDevice : public KYV::FileDevice {
   int closeResult = 1;
   int fontResult = 1;
   int frames = 0;
+  int room = 100000;  // for frames
 
  private:
   KYV_PRINTF(2, 3) int note(const char* format, ...) {
