@@ -1,5 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
 #include "KYV/Kyv.h"
 #include "KYV/NidsData.h"
 #include "KYV/NidsFile.h"
@@ -341,6 +347,35 @@ TEST(NidsHeader, MessageClass8ListsTheDescription) {
   EXPECT_NE(std::string::npos, out.find("Threshold[2]: 4101 0.500000\n"));
   EXPECT_NE(std::string::npos, out.find("Param[3]: 55\n"));
   EXPECT_NE(std::string::npos, out.find("Offset to Symbolics: 60\nOffset to Graphics: 0\nOffset to Tabular: 0\n"));
+}
+
+// Rows of docs/products.md: | mnemonics | codes | product | levels | cells in km |, as many cells as codes or one for
+// all.
+TEST(NidsHeader, ListedProductsAreInTheCatalogue) {
+  const auto numbers = [](const std::string& text) {
+    std::vector<float> found;
+    const std::regex number("[0-9.]+");
+    for (std::sregex_iterator i(text.begin(), text.end(), number), end; i != end; ++i)
+      found.push_back(std::stof(i->str()));
+    return found;
+  };
+  std::ifstream page(std::string(RADMAP_SOURCE_DIR) + "/docs/products.md");
+  const std::regex row(R"(\| `([^|]*)\|([^|]*)\|[^|]*\|[^|]*\|([^|]*)\|)");
+  std::size_t rows = 0;
+  std::smatch column;
+  for (std::string line; std::getline(page, line);) {
+    if (!std::regex_match(line, column, row)) continue;
+    SCOPED_TRACE(line);
+    ++rows;
+    const std::vector<float> codes = numbers(column[2]), cells = numbers(column[3]);
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+      const NidsInfo info = readHeader(product(static_cast<int>(codes[i])).bytes()).info;
+      EXPECT_EQ(std::string::npos, std::string(info.info).find("Not supported"));
+      if (cells.empty()) continue;
+      EXPECT_FLOAT_EQ(cells[std::min(i, cells.size() - 1)], info.res);
+    }
+  }
+  EXPECT_GT(rows, 30u);
 }
 
 }  // namespace
