@@ -15,6 +15,7 @@ namespace KYV {
 class NameLookup;
 struct NameConvFile;
 struct NamePiece;
+struct TimeSpec;
 
 /// A file-name convention: a template in which codes stand for the date, for directories and for keys, and the search
 /// for the files that it names.
@@ -80,9 +81,8 @@ class NameConv {
   int setFile(const Date& d, NameConvFile& out);
   /// The file of a date or, without one, the newest before it that is at most `back` seconds older.
   int setFile(const Date& d, int back, NameConvFile& out);
-  /// The file of a specification: [date][+|-][offset]["la"["#"periods]][+|-][offset]. "la" is the latest file, offsets
-  /// are hours "6", "6:30" or "1d6:30", a leading '>' means a file to be written and "@file" this one. An empty
-  /// specification is "la". Whether there is such a file; without one the name is that of the last date tried.
+  /// The file of a time (TimeSpec); an empty specification is "la". Whether there is such a file; without one the name
+  /// is that of the last date tried.
   int setLatest(const char* spec, NameConvFile& out);
   int getDate(Date& d) const { return d = date, 1; }
   /// The file of the last search at its full length.
@@ -125,7 +125,7 @@ class NameConv {
   bool findBack(const Date& start, int direction, int tries, NameLookup& lookup);
   template <class Find>
   bool withSpellings(Find find);
-  void getStart(const char*& spec, Date& start) const;
+  void getStart(const TimeSpec& time, Date& start) const;
   void fixDate(Date& start) const;
   int finish(bool there, NameConvFile& out);
 

@@ -2,10 +2,10 @@
 
 #include <cstdio>
 
-#include "KYV/DateTool.h"
 #include "KYV/FileTool.h"
 #include "KYV/Kyv.h"
 #include "KYV/NameConvFile.h"
+#include "KYV/TimeSpec.h"
 
 namespace KYV {
 
@@ -78,7 +78,10 @@ int Filename::checkFile(const char* spec) {
       search.append(spec);
       search.append('\n');
     }
-    if (hasDate && date.set(spec)) {
+    // The frame is that of the date asked for, whether or not its file is there.
+    const TimeSpec time(spec);
+    if (hasDate && time.isDated() && !time.latest) {
+      time.getDate(date);
       base_date = date;
       base_date.fix();
     }

@@ -1,7 +1,4 @@
 #include <algorithm>
-#include <cctype>
-#include <climits>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -10,6 +7,7 @@
 #include "KYV/Kyv.h"
 #include "KYV/NameConv.h"
 #include "KYV/NameConvFile.h"
+#include "KYV/TimeSpec.h"
 #include "NameLookup.h"
 #include "NameTemplate.h"
 #include "TextFormat.h"
@@ -17,71 +15,6 @@
 namespace KYV {
 
 namespace {
-
-constexpr int MIN_DATE = 8;  // characters of a specification that may begin with a date
-constexpr int BACKWARD = -1;
-constexpr int FORWARD = 1;
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-// The date that a specification begins with, which is passed; the first form of which all fields are there. A sign is
-// that of an offset, so it ends every form but the first.
-bool takeDate(const char*& spec, DateVal& v) {
-  const char* text = spec + (*spec == '#' ? 1 : 0);
-  const std::string digits(text, std::strcspn(text, "+-"));
-  const char* plain = digits.c_str();
-  const DateVal base = v;
-  int n = 0;
-  const auto read = [&](auto scan) {
-    v = base;
-    n = 0;
-    scan();
-    return n > 0;
-  };
-  const bool there =
-      read([&] {
-        std::sscanf(text, "%4d-%2d-%2dT%2d:%2d:%f%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &v.sec, &n);
-      }) ||
-      read([&] {
-        std::sscanf(plain, "%4d%2d%2d_%2d%2d%f%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &v.sec, &n);
-      }) ||
-      read([&] { std::sscanf(plain, "%4d%2d%2d_%2d%2d%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &n); }) ||
-      read([&] { std::sscanf(plain, "%4d%2d%2d_%2d%n", &v.year, &v.month, &v.day, &v.hour, &n); }) || read([&] {
-        std::sscanf(plain, "%4d%2d%2d%2d%2d%f%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &v.sec, &n);
-      }) ||
-      read([&] { std::sscanf(plain, "%4d%2d%2d%2d%2d%n", &v.year, &v.month, &v.day, &v.hour, &v.min, &n); }) ||
-      read([&] { std::sscanf(plain, "%4d%2d%2d%2d%n", &v.year, &v.month, &v.day, &v.hour, &n); }) ||
-      read([&] { std::sscanf(plain, "%4d%2d%2d%n", &v.year, &v.month, &v.day, &n); });
-  if (there) spec = text + n;
-  return there;
-}
-
-int takeSign(const char*& spec) {
-  if (*spec == '+') return ++spec, FORWARD;
-  if (*spec == '-') ++spec;
-  return BACKWARD;
-}
-
-std::int64_t takeNumber(const char*& spec) {
-  constexpr std::int64_t MOST = 1000000;
-  std::int64_t value = 0;
-  for (; isDigit(*spec); ++spec) value = std::min(value * 10 + (*spec - '0'), MOST);
-  return value;
-}
-
-// "6", "6:30", "1d", "1d6:30": seconds.
-int takeOffset(const char*& spec) {
-  std::int64_t days = 0;
-  std::int64_t hours = takeNumber(spec);
-  if (*spec == 'd') {
-    ++spec;
-    days = hours;
-    hours = takeNumber(spec);
-  }
-  std::int64_t minutes = 0;
-  if (spec[0] == ':' && isDigit(spec[1])) minutes = takeNumber(++spec);
-  return static_cast<int>(std::min<std::int64_t>(days * 86400 + hours * 3600 + minutes * 60, INT_MAX));
-}
 
 // "2024-05-01 18:30"
 std::string minuteText(const Date& d) {
@@ -203,7 +136,7 @@ int NameConv::setFile(const Date& d, int back, NameConvFile& out) {
     if (findDate(d, lookup)) return true;
     const String name = found;
     const Date name_date = date;
-    if (tries > 1 && findBack(d, BACKWARD, tries, lookup)) return true;
+    if (tries > 1 && findBack(d, TimeSpec::BACKWARD, tries, lookup)) return true;
     found = name;
     date = name_date;
     return false;
@@ -212,11 +145,11 @@ int NameConv::setFile(const Date& d, int back, NameConvFile& out) {
 }
 
 // Where a specification starts to count: its own date, or now.
-void NameConv::getStart(const char*& spec, Date& start) const {
-  DateVal v;
-  v.set(1980, 1, 1, 0, 0, 0.0f);
-  if ((*spec == '#' || (StrLib::length(spec) >= MIN_DATE && isDigit(*spec))) && takeDate(spec, v)) {
-    start.set(v);
+void NameConv::getStart(const TimeSpec& time, Date& start) const {
+  if (time.isDated()) {
+    start.set(time.date);
+    if (Const::isMissing(start.hour)) start.setHour(0);
+    start.fix();
   } else if (Const::isMissing(static_cast<long>(Kyv::getInitTime())) && late_date.isSet()) {
     start = late_date;
   } else {
@@ -254,51 +187,38 @@ void NameConv::fixDate(Date& start) const {
 
 int NameConv::setLatest(const char* text, NameConvFile& out) {
   out.init();
-  const char* spec = StrLib::valid(text, "la");
-  if (*spec == '>') {
-    output = true;
-    ++spec;
-  }
-  if (*spec == '@') {
-    found.copy(spec + 1);
-    out.setFilename(spec + 1);
-    return FileTool::exist(spec + 1) ? 1 : 0;
+  const TimeSpec time(StrLib::valid(text, "la"));
+  if (time.output) output = true;
+  if (time.named) {
+    found.copy(time.name);
+    out.setFilename(time.name.get());
+    return FileTool::exist(time.name.get()) ? 1 : 0;
   }
   Date start;
-  getStart(spec, start);
+  getStart(time, start);
   fixDate(start);
+  if (time.offset) start += time.offset;
   first_date = last_date = start;
-
-  int direction = takeSign(spec);
-  if (isDigit(*spec) || *spec == '\0') {
-    start += direction * takeOffset(spec);
-    first_date = last_date = start;
-    direction = takeSign(spec);
-  }
-  const char letter = static_cast<char>(std::tolower(static_cast<unsigned char>(*spec)));
-  if (letter != 'l') {
+  if (!time.latest) {
     const bool there = withSpellings([&](NameLookup& lookup) { return findDate(start, lookup); });
     Kyv::outDebug(3, "LATE0: %s\n", found.get());
     return finish(there, out);
   }
 
-  ++spec;
-  if (*spec == 'a' || *spec == 'A') ++spec;
   std::int64_t tries = limit;
   if (!Const::isMissing(min_time) && !Const::isMissing(off) && off > 0) {
     tries = std::max<std::int64_t>(tries, std::int64_t{min_time} * 60 / off + 1);
   }
-  if (*spec == '#') {
-    tries = takeNumber(++spec);
-    Kyv::outDebug(4, "LATE LIMIT: %d\n", static_cast<int>(tries));
+  if (!Const::isMissing(time.periods)) {
+    tries = time.periods;
+    Kyv::outDebug(4, "LATE LIMIT: %d\n", time.periods);
   }
   const int periods = static_cast<int>(std::clamp<std::int64_t>(tries, 1, MAX_LIMIT));
-  bool there = withSpellings([&](NameLookup& lookup) { return findBack(start, direction, periods, lookup); });
-  Kyv::outDebug(3, "LATEST+: %s %s %d %d\n", spec, found.get(), cpath, static_cast<int>(date.secs));
-  if (*spec == '+' || *spec == '-') {
+  bool there = withSpellings([&](NameLookup& lookup) { return findBack(start, time.direction, periods, lookup); });
+  Kyv::outDebug(3, "LATEST+: %s %s %d %d\n", time.rest.get(), found.get(), cpath, static_cast<int>(date.secs));
+  if (time.shift) {
     Date d = date;
-    const int sign = takeSign(spec);
-    if (d.isSet()) d += sign * takeOffset(spec);
+    if (d.isSet()) d += time.shift;
     there = withSpellings([&](NameLookup& lookup) { return findDate(d, lookup); });
   }
   return finish(there, out);

@@ -1,52 +1,32 @@
 // The loop over frames: where it starts, how long it is, what makes a frame.
 #include <algorithm>
 #include <climits>
-#include <cstdio>
-#include <cstring>
 
 #include "KYV/DateTool.h"
 #include "KYV/Drawing.h"
 #include "KYV/Figure.h"
 #include "KYV/Kyv.h"
 #include "KYV/Strings.h"
+#include "KYV/TimeSpec.h"
 
 namespace KYV {
 
 namespace {
 
 constexpr int DEFAULT_STEP = 3600;  // seconds between frames when nobody says
-constexpr int MIN_DATE = 8;         // characters of a text that is a date
 // Pointer shapes while a frame is drawn and afterwards.
 constexpr int CURSOR_BUSY = 8;
 constexpr int CURSOR_NORMAL = 6;
 
-// A text with an offset, "20240501+2": the '-' of "2024-05-01" are none.
-bool hasOffset(const char* text) {
-  int year = 0, month = 0, day = 0;
-  if (std::sscanf(text + (*text == '#' ? 1 : 0), "%4d-%2d-%2dT", &year, &month, &day) == 3 && month > 0) return false;
-  return std::strpbrk(text, "+-") != nullptr;
-}
-
 }  // namespace
 
-// The loop date that the resource `current` names. Where it names the latest file, or counts from a date, the layers
-// know better.
+// The loop date that the resource `current` names. Where it asks for the latest file, or names one, the layers know
+// better.
 void Figure::setStart() {
   const char* text = Kyv::resrc.get("current");
-  if (!StrLib::valid(text) || StrLib::contains(text, "la") || hasOffset(text)) return;
-  if (*text == '#' || StrLib::length(text) >= MIN_DATE) {
-    loop_date.set(text);
-    return;
-  }
-  int days = 0, hours = 0, minutes = 0;
-  if (std::sscanf(text, "%5dd%5d:%5d", &days, &hours, &minutes) < 2) {
-    days = 0;
-    hours = 0;
-    std::sscanf(text, "%5d:%5d", &hours, &minutes);
-  }
-  DateTool::getNow(loop_date);
-  loop_date += -static_cast<int>(
-      std::min<std::int64_t>(days * std::int64_t{86400} + hours * std::int64_t{3600} + minutes * 60, INT_MAX));
+  if (!StrLib::valid(text)) return;
+  const TimeSpec time(text);
+  if (!time.latest && !time.named) time.getDate(loop_date);
 }
 
 void Figure::takeSync(Drawing& drawing) {

@@ -102,23 +102,26 @@ TEST_F(NameTreeTest, OneSpecification) {
     std::string spec;
     std::string name;  // within the tree of the station, or a whole one
     bool there, fixed;
-    int year;  // of the date
+    const char* date;
   };
+  constexpr const char* NONE = "XXXXXXXX_XXXX";
   const Case CASES[] = {
-      {"la", "N0Q_20240502_0010", true, false, 2024},
-      {"LAtest-0:40", "N0Q_20240502_0010", true, false, 2024},
-      {"la-0:40", "N0Q_20240501_2330", true, false, 2024},
-      {"cu", "N0Q_20240502_0010", true, false, 2024},
-      {"cu=0:40", "N0Q_20240501_2330", true, false, 2024},
-      {"CU-0:40", "N0Q_20240501_2330", true, false, 2024},
-      {"#202405012330", "N0Q_20240501_2330", true, false, 2024},
-      {"@la", "la", false, true, Const::MISS},
-      {"-", "-", true, true, Const::MISS},
-      {"StdN", "-", true, true, Const::MISS},
-      {dir.path("own.nids"), dir.path("own.nids"), true, true, Const::MISS},
-      {"missing.nids", "missing.nids", false, true, Const::MISS},
-      {tree + "N0Q_20240501_2330", "N0Q_20240501_2330", true, false, 2024},
-      {"/else/nids/TLX/N0Q/N0Q_20240501_2330", "N0Q_20240501_2330", true, false, 2024},
+      {"la", "N0Q_20240502_0010", true, false, "20240502_0010"},
+      {"LAtest-0:40", "N0Q_20240502_0010", true, false, "20240502_0010"},
+      {"la-0:40", "N0Q_20240501_2330", true, false, "20240501_2330"},
+      {"cu", "N0Q_20240502_0010", true, false, "20240502_0010"},
+      {"cu=0:40", "N0Q_20240501_2330", true, false, "20240501_2330"},
+      {"CU-0:40", "N0Q_20240501_2330", true, false, "20240501_2330"},
+      {"#202405012330", "N0Q_20240501_2330", true, false, "20240501_2330"},
+      {"#202405012330+0:40", "N0Q_20240502_0010", true, false, "20240502_0010"},
+      {"#202405020000la", "N0Q_20240501_2330", true, false, "20240501_2330"},
+      {"@la", "la", false, true, NONE},
+      {"-", "-", true, true, NONE},
+      {"StdN", "-", true, true, NONE},
+      {dir.path("own.nids"), dir.path("own.nids"), true, true, NONE},
+      {"missing.nids", "missing.nids", false, true, NONE},
+      {tree + "N0Q_20240501_2330", "N0Q_20240501_2330", true, false, "20240501_2330"},
+      {"/else/nids/TLX/N0Q/N0Q_20240501_2330", "N0Q_20240501_2330", true, false, "20240501_2330"},
   };
   for (const Case& c : CASES) {
     SCOPED_TRACE(c.spec);
@@ -127,7 +130,11 @@ TEST_F(NameTreeTest, OneSpecification) {
     EXPECT_EQ(c.there, file.exist());
     EXPECT_EQ(c.fixed, file.isFixed());
     EXPECT_EQ(c.fixed ? c.name : tree + c.name, file.getName());
-    EXPECT_EQ(c.year, file.getDateval().year);
+    Date date;
+    file.getDate(date);
+    String text;
+    date.toText("%Y%m%d_%H%M", text);
+    EXPECT_STREQ(c.date, text.get());
   }
   // A file that fits the template beside the directories that are searched.
   TempDir elsewhere;

@@ -33,12 +33,15 @@ class FrameRun : public testing::Test {
     for (std::size_t at = text.find(mark); at != std::string::npos;) {
       const std::size_t next = text.find(mark, at + 1);
       const std::string page = text.substr(at, next - at);
-      int fills = 0;
-      for (std::size_t k = page.find("%%FA:"); k != std::string::npos; k = page.find("%%FA:", k + 1)) ++fills;
-      bins.push_back(fills / 360);  // the boxes of the colour bar are fewer than that
+      bins.push_back(countBins(page));
       at = next;
     }
     return bins;
+  }
+  static int countBins(const std::string& page) {
+    int fills = 0;
+    for (std::size_t k = page.find("%%FA:"); k != std::string::npos; k = page.find("%%FA:", k + 1)) ++fills;
+    return fills / 360;  // the boxes of the colour bar are fewer than that
   }
   // Options that find the station's files with 12:00 as the present moment.
   Program::Result run(const std::string& options) const {
@@ -72,6 +75,42 @@ TEST_F(FrameRun, LoopsShowEachFileOnce) {
     EXPECT_EQ(0, r.status);
     EXPECT_EQ(c.frames, pages()) << r.output;
   }
+}
+
+TEST_F(FrameRun, TheFileOfATimeIsFoundAndDrawn) {
+  int bins = 1;
+  for (const char* minute :
+       {"04_20_23_30", "04_30_12_00", "04_30_23_30", "05_01_00_00", "05_01_11_00", "05_01_11_58"}) {
+    program.write("TLX_N0R_2024_" + std::string(minute) + "_07", product(bins++));
+  }
+  struct Case {
+    const char* current;
+    int bins;
+  };
+  constexpr Case CASES[] = {
+      {"la", 6},
+      {"1", 5},
+      {"1d", 2},
+      {"12:30", 3},
+      {"12:30:00", 3},
+      {"10d12:30", 1},
+      {"20240430", 0},
+      {"2024-05-01", 4},
+      {"2024-04-30T23:30", 3},
+      {"2024-04-30T23:31:00", 3},  // the newest before it
+  };
+  for (const Case& c : CASES) {
+    SCOPED_TRACE(c.current);
+    const Program::Result r = run("-id ktlx -ty n0r -if cloud -cu " + std::string(c.current));
+    EXPECT_EQ(0, r.status);
+    EXPECT_EQ(c.bins, countBins(program.read("loop.ps")));
+    EXPECT_EQ(c.bins == 0, r.output.find("No file found") != std::string::npos) << r.output;
+  }
+  // On the map of the product, which only a file that was found has.
+  run("-id ktlx -ty n0r -if cloud -cu 20240430_2330");
+  const std::string expected = program.read("loop.ps");
+  run("-id ktlx -ty n0r -if cloud -cu 2024-04-30T23:30");
+  EXPECT_EQ(expected, program.read("loop.ps"));
 }
 
 TEST_F(FrameRun, ALoopWithoutDataSaysWhereItLooked) {
