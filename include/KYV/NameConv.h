@@ -59,8 +59,9 @@ class NameConv {
   /// Empty for a key that is not set.
   const char* getKey(char letter) const;
   const char* getFile() const { return file; }
-  /// Fields that the start of a search is moved back to: "#YYYYMMDDhhmm", "ddhhmm", "hhmm", "dd'd'hh:mm", "hh:mm",
-  /// ":mm"; a negative hour or minute -N means the latest multiple of N. 0 for an empty text.
+  /// Fields that the start of a search is moved back to, to the last date that has them all: "#YYYYMMDDhhmm" (any
+  /// year), "ddhhmm", "hhmm", "dd'd'hh:mm", "hh:mm", ":mm"; a negative hour or minute -N means the latest multiple of
+  /// N. 0 for an empty text.
   int setFixDate(const char* text);
   int setFixDate(const DateVal& fields) { return fix_date = fields, 1; }
   /// The date that "now" means.

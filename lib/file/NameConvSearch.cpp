@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "KYV/DateTool.h"
 #include "KYV/FileTool.h"
@@ -157,31 +158,39 @@ void NameConv::getStart(const TimeSpec& time, Date& start) const {
   }
 }
 
+// Moves a date back to the last one that has the fixed fields.
 void NameConv::fixDate(Date& start) const {
-  if (!Const::isMissing(fix_date.month) && fix_date.month >= 0) {
-    if (start.month < fix_date.month) start.addYears(-1);
-    start.setMonth(fix_date.month);
-  }
-  if (!Const::isMissing(fix_date.day) && fix_date.day >= 0) {
-    if (start.day < fix_date.day) start.addMonths(-1);
-    start.setDay(fix_date.day);
-  }
-  const auto multipleOf = [](int value, int n) { return value / n * n; };
-  if (!Const::isMissing(fix_date.hour)) {
-    if (fix_date.hour < 0) {
-      start.setHour(multipleOf(start.hour, -fix_date.hour));
-    } else {
-      if (start.hour < fix_date.hour) start.addDays(-1);
-      start.setHour(fix_date.hour);
+  // From the finest on, each with the step to the value before.
+  struct Field {
+    int DateVal::*value;
+    int (Date::*set)(int);
+    int (Date::*step)(int);
+  };
+  static constexpr Field FIELDS[] = {
+      {&DateVal::min, &Date::setMinute, &Date::addHours},
+      {&DateVal::hour, &Date::setHour, &Date::addDays},
+      {&DateVal::day, &Date::setDay, &Date::addMonths},
+      {&DateVal::month, &Date::setMonth, &Date::addYears},
+  };
+  constexpr int MAX_STEPS = 8;  // years to the last 29 February
+  const Date now = start;
+  const auto serves = [&now](const Date& d) {
+    return d.secs <= now.secs && Date(static_cast<long>(d.secs)).day == d.day;
+  };
+  for (const Field& field : FIELDS) {
+    const int value = fix_date.*field.value;
+    if (Const::isMissing(value)) continue;
+    if (value < 0) {
+      (start.*field.set)(start.*field.value / -value * -value);
+      continue;
     }
-  }
-  if (!Const::isMissing(fix_date.min)) {
-    if (fix_date.min < 0) {
-      start.setMinute(multipleOf(start.min, -fix_date.min));
-    } else {
-      if (start.min < fix_date.min) start.addHours(-1);
-      start.setMinute(fix_date.min);
-    }
+    (start.*field.set)(value);
+    // Where the next field is fixed as well, its own step comes later.
+    const Field* next = &field + 1;
+    if (next != std::end(FIELDS) && fix_date.*next->value >= 0) continue;
+    Date last = start;
+    for (int i = 0; i < MAX_STEPS && !serves(last); ++i) (last.*field.step)(-1);
+    if (serves(last)) start = last;
   }
 }
 

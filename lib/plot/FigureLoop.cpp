@@ -20,11 +20,11 @@ constexpr int CURSOR_NORMAL = 6;
 
 }  // namespace
 
-// The loop date that the resource `current` names. Where it asks for the latest file, or names one, the layers know
-// better.
+// The loop date that the resource `current` names. Where it asks for the latest file, or names one, and where the hour
+// is fixed, the layers know better.
 void Figure::setStart() {
   const char* text = Kyv::resrc.get("current");
-  if (!StrLib::valid(text)) return;
+  if (!StrLib::valid(text) || StrLib::valid(Kyv::resrc.get("hour"))) return;
   const TimeSpec time(text);
   if (!time.latest && !time.named) time.getDate(loop_date);
 }

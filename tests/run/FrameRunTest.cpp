@@ -98,6 +98,9 @@ TEST_F(FrameRun, TheFileOfATimeIsFoundAndDrawn) {
       {"2024-05-01", 4},
       {"2024-04-30T23:30", 3},
       {"2024-04-30T23:31:00", 3},  // the newest before it
+      {"la -ho 23:45", 3},
+      {"10d -ho 23:45", 1},
+      {"20240501_1158 -ho 0", 4},
   };
   for (const Case& c : CASES) {
     SCOPED_TRACE(c.current);
