@@ -10,10 +10,12 @@ class Strings;
 /// Fills the resource store at the start of a program.
 class ResrcDB {
  public:
-  /// From resource files, the environment and the command line, each over the one before; then sets the message level
-  /// and the database path.
+  /// From resource files, the environment and the command line, each over the one before; then applies it.
   /// @param args  argv, the program's name first
   static int create(const Strings& args, ResrcDBList& keyed, ResrcDBList& positional);
+  /// Sets what the whole process takes from the store: the message level (`message`), the database path (`file_path`)
+  /// and the present time (`cur_time`, as DateTool::getSeconds reads it).
+  static int apply();
   /// The usage listing, at message level 1.
   static int printHelp(const char* prog, ResrcDBList& keyed, ResrcDBList& positional);
   /// The text after the last '/'; 0 for a null path.

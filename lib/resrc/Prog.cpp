@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "KYV/DateTool.h"
 #include "KYV/Kyv.h"
 #include "KYV/ResrcDB.h"
 #include "KYV/ResrcDBList.h"
@@ -68,11 +67,7 @@ int Prog::readResrcFile(const char* prog, const char* name, const char* tag, con
     String value;
     while (file.getValid(entry, value) > 0) Kyv::putResrc(entry.get(), value.get());
   }
-  Kyv::setMessageLevel(Kyv::getResrc("message"));
-  const char* database = Kyv::getResrc("file_path");
-  if (StrLib::valid(database)) Kyv::setDatabasePath(database);
-  if (const char* time = Kyv::getResrc("cur_time")) Kyv::setInitTime(DateTool::getSeconds(time));
-  return 1;
+  return ResrcDB::apply();
 }
 
 int Prog::printProg(int n, const char* title) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "KYV/DateTool.h"
 #include "KYV/Kyv.h"
 #include "KYV/Resrc.h"
 #include "KYV/ResrcCL.h"
@@ -159,12 +160,18 @@ int ResrcDB::create(const Strings& args, ResrcDBList& keyed, ResrcDBList& positi
   readFiles(keyed, positional);
   readEnvironment(keyed, positional);
   readCommandLine(args, keyed, positional);
-  Kyv::setMessageLevel(Kyv::resrc.get("message"));
-  const char* path = Kyv::resrc.get("file_path");
-  if (StrLib::valid(path)) Kyv::setDatabasePath(path);
+  apply();
   bool listing = false;
   for (int level = LIST_DEBUG; level <= 8; level++) listing = listing || Kyv::isDebug(level);
   if (listing) Kyv::resrc.printAll();
+  return 1;
+}
+
+int ResrcDB::apply() {
+  Kyv::setMessageLevel(Kyv::resrc.get("message"));
+  const char* path = Kyv::resrc.get("file_path");
+  if (StrLib::valid(path)) Kyv::setDatabasePath(path);
+  if (const char* time = Kyv::resrc.get("cur_time")) Kyv::setInitTime(DateTool::getSeconds(time));
   return 1;
 }
 

@@ -182,13 +182,17 @@ TEST_F(ResrcDBTest, FilesSetWhatIsAddressedToTheProgram) {
   EXPECT_EQ("round", get("shape")) << "the name counts before the files, wherever it stands";
 }
 
-TEST_F(ResrcDBTest, MessageLevelAndDatabasePathTakeEffect) {
+TEST_F(ResrcDBTest, MessageLevelDatabasePathAndPresentTimeTakeEffect) {
   start({"-me", "warn", "-fp", "/data:/more"});
   EXPECT_EQ(7u, Kyv::getMessageLevel());
   EXPECT_STREQ("/data:/more", Kyv::getDatabasePath());
   start({"-me", "-fp"});
   EXPECT_EQ(63u, Kyv::getMessageLevel());
   EXPECT_STREQ("", Kyv::getDatabasePath());
+  start({"-cur_time", "#202405011830"});
+  EXPECT_EQ(1714588200, Kyv::getInitTime());
+  start({"-df", dir.write("time", "*.cur_time 86400\n")});
+  EXPECT_EQ(86400, Kyv::getInitTime());
   struct Case {
     const char* level;
     bool listed;

@@ -109,6 +109,12 @@ TEST_F(FrameRun, TheFileOfATimeIsFoundAndDrawn) {
     EXPECT_EQ(c.bins, countBins(program.read("loop.ps")));
     EXPECT_EQ(c.bins == 0, r.output.find("No file found") != std::string::npos) << r.output;
   }
+  // The resource `cur_time` goes before the environment.
+  for (const char* current : {"", "-cu 0:01", "-pa nf=2,linc=15"}) {
+    SCOPED_TRACE(current);
+    run("-id ktlx -ty n0r -if cloud -cur_time '#202404301201' " + std::string(current));
+    EXPECT_EQ(2, countBins(program.read("loop.ps")));
+  }
   // On the map of the product, which only a file that was found has.
   run("-id ktlx -ty n0r -if cloud -cu 20240430_2330");
   const std::string expected = program.read("loop.ps");
