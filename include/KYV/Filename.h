@@ -19,8 +19,8 @@ struct NameConvFile;
 ///
 /// Specifications: "@name" and, without a convention, any text: this name; "-": standard input; "#20240501_1830", "la",
 /// "la-1": a date or the latest file (NameConv::setLatest); "cu": the file of this moment, "cu=6": that of six hours
-/// ago; "exit" ends the program. Any other text is a name; when it fits the template, the convention finds it again by
-/// its date and keys, so that the files around it can be found too.
+/// ago; "exit" ends the program. Any other text is a name; when it fits the template, it stands for its own date, and
+/// the convention finds the files around it by its keys, and it itself where the name as given is no file.
 class Filename {
  public:
   /// How the number of frames was given.
@@ -102,6 +102,7 @@ class Filename {
   int setLatest(const char* spec);
   int setList();
   int take(int there, const NameConvFile& found);
+  int findDate(const Date& d, int back);
   int setListed(const Date& d);
 
   bool is_set = false;
@@ -110,6 +111,8 @@ class Filename {
   String name;
   String hdr;
   char param[50] = "";
+  String own;      // file that the user has named, where it fits the template
+  Date own_date;   // that it stands for
   Date date;       // that the name stands for
   Date base_date;  // that frames are counted from
   NameConv conv;

@@ -12,6 +12,7 @@ namespace KYV {
 bool Filename::isNamed() const { return *conv.getFile() != '\0'; }
 
 int Filename::setLiteral(const char* text) {
+  own.clear();
   name.copy(text);
   hdr.clear();
   date.init();
@@ -38,6 +39,7 @@ int Filename::take(int there, const NameConvFile& found) {
 }
 
 int Filename::setLatest(const char* spec) {
+  own.clear();
   NameConvFile found;
   const int there = take(conv.setLatest(spec, found), found);
   base_date = date;
@@ -54,6 +56,7 @@ int Filename::set(const char* convention, const char* spec) {
 int Filename::set(const char* convention, const Date& d) {
   conv.set(convention);
   if (!isNamed()) return 0;
+  own.clear();
   NameConvFile found;
   const int there = take(conv.setFile(d, found), found);
   base_date = d;
@@ -89,20 +92,28 @@ int Filename::checkFile(const char* spec) {
   }
   if (FileTool::isFullPath(conv.getFile()) && FileTool::isFullPath(spec)) return setLiteral(spec);
 
-  const NameConv before = conv;
   if (!conv.decode(spec)) return setLiteral(spec);
-  Date read;
-  conv.getDate(read);
-  NameConvFile found;
-  if (!take(conv.setFile(read, found), found) && FileTool::exist(spec)) {
-    // The file fits the template but lies elsewhere.
-    conv = before;
-    return setLiteral(spec);
-  }
+  conv.getDate(own_date);
+  own.copy(FileTool::exist(spec) ? spec : "");
+  findDate(own_date, 0);
   base_date = date;
   if (base_date.isSet()) base_date.fix();
   fixed = Const::isMissing(conv.off);
   return 1;
+}
+
+// The file of a date, or the newest before it that is at most `back` seconds older. The file that the user has named
+// stands for its own date, whatever the directories of the template hold.
+int Filename::findDate(const Date& d, int back) {
+  NameConvFile found;
+  const int there = take(conv.setFile(d, back, found), found);
+  const bool isOwn = date.secs == own_date.secs;  // the name of this date is that of the user's file
+  const bool isNewer = own_date < d && own_date.secs + back >= d.secs && !(there && date > own_date);
+  if (!own.valid() || !(isOwn || isNewer)) return there;
+  take(conv.setFile(own_date, found), found);
+  name.copy(own);
+  search.clear();
+  return exist();
 }
 
 int Filename::setFile(const char* spec) {

@@ -6,7 +6,6 @@
 #include "KYV/FileTool.h"
 #include "KYV/Filename.h"
 #include "KYV/Kyv.h"
-#include "KYV/NameConvFile.h"
 #include "NameTemplate.h"
 
 namespace KYV {
@@ -94,8 +93,7 @@ int Filename::setFile(int i) {
   Date d = base_date;
   d += static_cast<int>(std::clamp<std::int64_t>(k * step + num_off, INT32_MIN, INT32_MAX));
   const Date base = base_date;
-  NameConvFile found;
-  const int there = take(conv.setFile(d, found), found);
+  const int there = findDate(d, 0);
   base_date = base;
   return there;
 }
@@ -115,8 +113,7 @@ int Filename::setFile(const Date& d) {
   if (files.getNum() > 1) return setListed(d);
   if (fixed || !isNamed()) return exist();
   const Date base = base_date;
-  NameConvFile found;
-  const int there = take(conv.setFile(d, MAX_AGE, found), found);
+  const int there = findDate(d, MAX_AGE);
   base_date = base.isSet() ? base : d;
   return there;
 }

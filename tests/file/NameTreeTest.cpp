@@ -136,20 +136,61 @@ TEST_F(NameTreeTest, OneSpecification) {
     date.toText("%Y%m%d_%H%M", text);
     EXPECT_STREQ(c.date, text.get());
   }
-  // A file that fits the template beside the directories that are searched.
-  TempDir elsewhere;
-  std::filesystem::create_directories(elsewhere.path("nids/TLX/N0Q"));
-  const std::string copy = elsewhere.write("nids/TLX/N0Q/N0Q_20240501_1111", "x");
-  Filename file = open("nids", "FDR", "N0Q");
-  EXPECT_EQ(1, file.checkFile(copy.c_str()));
-  EXPECT_EQ(copy, file.getName());
-  EXPECT_TRUE(file.isFixed());
-
   Filename literal;
   EXPECT_EQ(1, literal.checkFile("la"));  // without a convention every text is a name
   EXPECT_STREQ("la", literal.getName());
   EXPECT_EQ(0, literal.checkFile(""));
   EXPECT_EXIT(literal.checkFile("exit"), testing::ExitedWithCode(0), "");
+}
+
+// Files named by their paths, with others of the same names in the tree that is searched.
+TEST_F(NameTreeTest, ANamedFileStandsForItsOwnDate) {
+  for (const char* minute : {"2300", "2330", "2345"}) add(std::string("nids/TLX/N0Q/N0Q_20240501_") + minute);
+  add("else/nids/TLX/N0Q/N0Q_20240501_2330");
+  add("else/nids/TLX/N0Q/N0Q_20240501_2100", 1);  // smaller than any product
+  struct Case {
+    const char* spec;
+    Date date;  // of a frame
+    const char* name;
+  };
+  const Case CASES[] = {
+      {"2330", Date(2024, 5, 1, 23, 30, 0.0f), "else/nids/TLX/N0Q/N0Q_20240501_2330"},
+      {"2330", Date(2024, 5, 1, 23, 29, 0.0f), "nids/TLX/N0Q/N0Q_20240501_2300"},
+      {"2330", Date(2024, 5, 1, 23, 44, 0.0f), "else/nids/TLX/N0Q/N0Q_20240501_2330"},
+      {"2330", Date(2024, 5, 1, 23, 45, 0.0f), "nids/TLX/N0Q/N0Q_20240501_2345"},
+      {"2330", Date(2024, 5, 1, 22, 59, 0.0f), nullptr},
+      {"2100", Date(2024, 5, 1, 21, 0, 0.0f), "else/nids/TLX/N0Q/N0Q_20240501_2100"},
+      {"2100", Date(2024, 5, 1, 22, 0, 0.0f), "else/nids/TLX/N0Q/N0Q_20240501_2100"},
+      {"2100", Date(2024, 5, 1, 22, 1, 0.0f), nullptr},
+      {"2100", Date(2024, 5, 1, 20, 59, 0.0f), nullptr},
+  };
+  for (const Case& c : CASES) {
+    String minute;
+    c.date.toText("%H:%M", minute);
+    SCOPED_TRACE(std::string(c.spec) + " at " + minute.get());
+    Filename file = open("nids", "FDR", "N0V");
+    const std::string given = dir.path("else/nids/TLX/N0Q/N0Q_20240501_") + c.spec;
+    EXPECT_EQ(1, file.checkFile(given.c_str()));
+    EXPECT_EQ(given, file.getName());
+    EXPECT_FALSE(file.isFixed());
+    EXPECT_EQ(60, file.getOffset());
+    EXPECT_EQ(c.name != nullptr, file.setFile(c.date) == 1);
+    if (c.name) {
+      EXPECT_EQ(c.name, name(file));
+    }
+  }
+  // Frames counted from it; a name that is no file is looked for in the tree.
+  Filename file = open("nids", "FDR", "N0V");
+  file.setFile((dir.path("else/nids/TLX/N0Q/N0Q_20240501_2330") + ",nh=-0:30").c_str());
+  ASSERT_EQ(31, file.getNumFiles());
+  EXPECT_EQ(1, file.setFile(30));
+  EXPECT_EQ("else/nids/TLX/N0Q/N0Q_20240501_2330", name(file));
+  EXPECT_EQ(1, file.setFile(0));
+  EXPECT_EQ("nids/TLX/N0Q/N0Q_20240501_2300", name(file));
+  file.checkFile(dir.path("else/nids/TLX/N0Q/N0Q_20240501_2345").c_str());
+  EXPECT_EQ("nids/TLX/N0Q/N0Q_20240501_2345", name(file));
+  EXPECT_EQ(1, file.setFile(Date(2024, 5, 1, 23, 30, 0.0f)));
+  EXPECT_EQ("nids/TLX/N0Q/N0Q_20240501_2330", name(file));
 }
 
 TEST_F(NameTreeTest, ResourcesChooseTheFile) {

@@ -1,6 +1,7 @@
 // Whole runs that find their files by name and draw loops of frames.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -120,6 +121,25 @@ TEST_F(FrameRun, TheFileOfATimeIsFoundAndDrawn) {
   const std::string expected = program.read("loop.ps");
   run("-id ktlx -ty n0r -if cloud -cu 2024-04-30T23:30");
   EXPECT_EQ(expected, program.read("loop.ps"));
+}
+
+TEST_F(FrameRun, AFileNamedByItsPathIsNoOtherOfItsName) {
+  const std::string station = "nids/TLX/N0R/";
+  for (const char* tree : {"", "other/", "own/"}) {
+    std::filesystem::create_directories(program.path(tree + station));
+  }
+  program.write(station + "N0R_20240501_1158", product(1));
+  program.write("other/" + station + "N0R_20240501_1158", product(2));
+  program.write("other/" + station + "N0R_20240501_1143", product(3));
+  program.write("own/" + station + "N0R_20240501_1158", product(4));
+  const std::string file = " own/" + station + "N0R_20240501_1158";
+  for (const char* options : {"", "-dp other", "-id fdr -dp other"}) {
+    SCOPED_TRACE(options);
+    run(options + file);
+    EXPECT_EQ(4, countBins(program.read("loop.ps")));
+  }
+  run("-pa nf=2,linc=15 -dp other" + file);
+  EXPECT_EQ((std::vector<int>{3, 4}), pages());
 }
 
 TEST_F(FrameRun, ALoopWithoutDataSaysWhereItLooked) {
