@@ -1,12 +1,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 
-#include "KYV/FileTool.h"
 #include "KYV/Filename.h"
 #include "KYV/Kyv.h"
-#include "NameTemplate.h"
 
 namespace KYV {
 
@@ -28,20 +25,6 @@ const char* readTime(const char* text, int& secs) {
   }
   secs = hours * HOUR + minutes * 60;
   return text + n;
-}
-
-// A text as one word of a shell command.
-void appendQuoted(std::string& command, std::string_view text) {
-  if (text.empty()) return;
-  command += '\'';
-  for (const char c : text) {
-    if (c == '\'') {
-      command += "'\\''";
-    } else {
-      command += c;
-    }
-  }
-  command += '\'';
 }
 
 }  // namespace
@@ -122,52 +105,6 @@ int Filename::setFile(const Date& d, const char* spec) {
   if (!StrLib::valid(spec)) return setFile(d);
   const int chosen = setFile(spec);
   return chosen && (fixed || setFile(d));
-}
-
-void Filename::listFile() {
-  std::string pattern;
-  std::string literal;
-  NameTemplate walk(conv.getFile());
-  NameCode code;
-  while (walk.next(code)) {
-    switch (code.kind) {
-      case NameCode::TEXT:
-        literal += code.text;
-        break;
-      case NameCode::DIRECTORY: {
-        String list, dir;
-        conv.getDirectories(code.text, list);
-        FileTool::getPath(list.get(), 0, dir);
-        String path;
-        FileTool::addUserPath(StrLib::valid(dir.get(), "."), path);
-        literal += path.get();
-        break;
-      }
-      case NameCode::KEY:
-        literal += StrLib::valid(conv.getKey(code.letter), "0");
-        break;
-      case NameCode::EXTENSION:
-        literal += conv.getExt();
-        break;
-      case NameCode::FORECAST:
-      case NameCode::ANY:
-      case NameCode::DATE: {
-        const DateCode* row = DateCode::find(code.letter);
-        appendQuoted(pattern, literal);
-        literal.clear();
-        pattern.append(static_cast<std::size_t>(std::clamp(row ? row->width : code.n, 1, NameConv::MAX_ANY)), '?');
-        break;
-      }
-    }
-  }
-  appendQuoted(pattern, literal);
-  // No name may look like an option.
-  const bool plain = !pattern.starts_with("'-") && !pattern.starts_with('?');
-  const std::string command = (plain ? "ls -x " : "ls -x ./") + pattern;
-  Kyv::outMessage(4, "SEARCH: %s\n", command.c_str());
-  std::fflush(stdout);
-  if (std::system(command.c_str()) != 0) Kyv::outMessage(4, "No file fits\n");
-  Kyv::exit(Kyv::NOERR);
 }
 
 }  // namespace KYV

@@ -1,7 +1,6 @@
 #include "NameLookup.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <filesystem>
 #include <system_error>
@@ -17,7 +16,6 @@ namespace {
 constexpr std::string_view URL = "http://";
 constexpr char STATION_KEY = 'i';
 constexpr std::size_t STATION_LETTERS = 4;
-constexpr char ANY_LETTER = '?';  // before the three letters of a station
 constexpr int MAX_STEPS = 10000;  // of fitting one name
 
 bool isAlnum(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; }
@@ -31,7 +29,8 @@ bool fitsForm(std::string_view form, std::string_view name) {
          });
 }
 
-// The forms of a key: its value and, for a station, the one with three letters instead of four or the reverse.
+}  // namespace
+
 std::array<std::string, 2> getForms(const NamePiece& key) {
   std::array<std::string, 2> forms = {key.text, {}};
   if (key.letter == STATION_KEY && key.text.size() == STATION_LETTERS) forms[1] = key.text.substr(1);
@@ -43,8 +42,6 @@ std::array<std::string, 2> getForms(const NamePiece& key) {
   }
   return forms;
 }
-
-}  // namespace
 
 std::string_view NamePiece::shown() const {
   const bool cut = (kind == NameCode::KEY || kind == NameCode::EXTENSION) && n > 0;

@@ -1,6 +1,7 @@
 #ifndef KYV_NAMELOOKUP_H
 #define KYV_NAMELOOKUP_H
 
+#include <array>
 #include <functional>
 #include <map>
 #include <span>
@@ -23,6 +24,13 @@ struct NamePiece {
   /// The text as far as the number of an extension or a key lets it through.
   std::string_view shown() const;
 };
+
+/// In a form of a key: any letter.
+inline constexpr char ANY_LETTER = '?';
+
+/// The forms of a key: its value and, for a station, the one with three letters instead of four or the reverse; empty
+/// where there is none. Letters count in either case.
+std::array<std::string, 2> getForms(const NamePiece& key);
 
 /// The directories that one search meets, each looked at once: whether they exist and, for names that are known in
 /// part only, which of their files fit.

@@ -1,6 +1,7 @@
 // Whole runs that find their files by name and draw loops of frames.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -140,6 +141,38 @@ TEST_F(FrameRun, AFileNamedByItsPathIsNoOtherOfItsName) {
   }
   run("-pa nf=2,linc=15 -dp other" + file);
   EXPECT_EQ((std::vector<int>{3, 4}), pages());
+}
+
+TEST_F(FrameRun, ListingShowsWhatTheSearchFinds) {
+  const std::vector<std::string> names = {"./nids/ktlx/n0r/n0r_20240501_1143", "./nids/ktlx/n0r/n0r_20240501_1158",
+                                          "b?/TLX/N0R/N0R_20240501_1158", "bx/TLX/N0R/N0R_20240501_1143",
+                                          "./N0R/KFDR/20240501/Level3_FDR_N0R_20240501_1158.nids"};
+  for (const std::string& name : names) {
+    std::filesystem::create_directories(std::filesystem::path(program.path(name)).parent_path());
+    program.write(name, product(1));
+  }
+  struct Case {
+    const char* options;
+    std::vector<int> listed;
+  };
+  const Case CASES[] = {
+      {"-id ktlx -ty n0r", {0, 1}},
+      {"-id TLX -ty N0R", {0, 1}},
+      {"-id tlx -ty n0r -dp nowhere:.", {0, 1}},
+      {"-id KTLX -ty n0r -if decoder -dp 'b?'", {2}},
+      {"-id fdr -ty N0R -if server", {4}},
+      {"-id fdr -ty n0r", {}},
+  };
+  for (const Case& c : CASES) {
+    SCOPED_TRACE(c.options);
+    const std::string said = run(std::string("list ") + c.options).output;
+    for (int i = 0; i < static_cast<int>(names.size()); ++i) {
+      const bool listed = std::find(c.listed.begin(), c.listed.end(), i) != c.listed.end();
+      EXPECT_EQ(listed, said.find(names[static_cast<std::size_t>(i)]) != std::string::npos) << said;
+    }
+    // And whatever is listed is drawn.
+    EXPECT_EQ(c.listed.empty(), run(c.options).output.find("No file found") != std::string::npos);
+  }
 }
 
 TEST_F(FrameRun, ALoopWithoutDataSaysWhereItLooked) {
