@@ -56,6 +56,8 @@ class NameConv {
   const char* getExt() const { return ext; }
   /// At most 19 characters; 0 when there are 20 other keys.
   int setKey(char letter, const char* value);
+  /// Takes over the keys of another convention that are not set here.
+  int addKeys(const NameConv& other);
   /// Empty for a key that is not set.
   const char* getKey(char letter) const;
   const char* getFile() const { return file; }

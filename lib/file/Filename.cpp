@@ -135,7 +135,10 @@ int Filename::setFile() {
   files.set(names, StrLib::index(names, '\n') >= 0 ? '\n' : ',');
   const bool list = files.getNum() > 1 && !files.iequal(1, "nh=", 3);
   if (!current || list) return setList() && exist();
+  // A convention as the first name; station and product are those of the options.
+  const NameConv before = conv;
   conv.set(files.getString(0));
+  conv.addKeys(before);
   return isNamed() ? setLatest(current) : setLiteral(files.getString(0)) && exist();
 }
 

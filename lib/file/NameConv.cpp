@@ -172,6 +172,13 @@ int NameConv::setKey(char letter, const char* value) {
   return 1;
 }
 
+int NameConv::addKeys(const NameConv& other) {
+  for (int i = 0; i < other.numkey; ++i) {
+    if (!*getKey(other.key[i])) setKey(other.key[i], other.keyval[i]);
+  }
+  return 1;
+}
+
 const char* NameConv::getKey(char letter) const {
   const auto i = std::find(key, key + numkey, letter) - key;
   return i < numkey ? keyval[i] : "";

@@ -211,6 +211,8 @@ TEST_F(NameTreeTest, ResourcesChooseTheFile) {
       {nullptr, "0:10", 1, "nids/TLX/N0Q/N0Q_20240502_0000", 1},
       {"la,nh=1", nullptr, 1, "nids/TLX/N0Q/N0Q_20240502_0000", 61},
       {"decoder:i=TLX:t=N0Q", "la", 1, "TLX/N0Q/N0Q_20240501_2300", 1},
+      {"decoder", "la", 1, "TLX/N0Q/N0Q_20240501_2300", 1},
+      {"decoder:i=FDR", "la", 0, "FDR/N0Q/N0Q_20240501_0010", 1},
       {list.c_str(), nullptr, 0, "a", 3},
   };
   for (const Case& c : CASES) {
