@@ -75,11 +75,11 @@ int Filename::checkFile(const char* spec) {
   const bool hasOffset = (StrLib::iequal(spec, "cu=", 3) || StrLib::iequal(spec, "cu-", 3)) && spec[3];
   const bool isNow = StrLib::iequal(spec, "cu");
   if (hasDate || hasOffset || isNow || StrLib::iequal(spec, "la", 2)) {
-    // Now is an offset of nothing: no search.
-    if (!setLatest(isNow ? "0" : spec + (hasOffset ? 3 : 0)) && FileTool::exist(spec)) {
-      search.append("  To draw the file of this name itself write ./");
-      search.append(spec);
-      search.append('\n');
+    // Now is an offset of nothing: no search. A file whose name only looks like a time is meant where there is none of
+    // that time.
+    if (!setLatest(isNow ? "0" : spec + (hasOffset ? 3 : 0)) && FileTool::isFile(spec) &&
+        !findDate(Date(date), MAX_AGE)) {
+      return setLiteral(spec);
     }
     // The frame is that of the date asked for, whether or not its file is there.
     const TimeSpec time(spec);

@@ -143,6 +143,27 @@ TEST_F(FrameRun, AFileNamedByItsPathIsNoOtherOfItsName) {
   EXPECT_EQ((std::vector<int>{3, 4}), pages());
 }
 
+TEST_F(FrameRun, NamesThatLookLikeTimesAreFilesWhereNoFileIsOfThatTime) {
+  program.write("TLX_N0R_2024_05_01_11_01_07", product(1));
+  for (const char* name : {"latest.nids", "LA", "cu=1", "#2024.nids"}) program.write(name, product(2));
+  std::filesystem::create_directory(program.path("cu"));
+  struct Case {
+    const char* spec;
+    int found, named;  // bins with the station's files and without
+  };
+  constexpr Case CASES[] = {
+      {"latest.nids", 1, 2}, {"LA", 1, 2}, {"cu=1", 2, 2}, {"cu=0:30", 1, 0}, {"'#2024.nids'", 1, 2}, {"cu", 1, 0},
+  };
+  for (const Case& c : CASES) {
+    SCOPED_TRACE(c.spec);
+    for (const auto& [station, bins] : {std::pair("tlx", c.found), std::pair("fdr", c.named)}) {
+      const Program::Result r = run(std::string("-if cloud -ty n0r ") + c.spec + " -id " + station);
+      EXPECT_EQ(bins, countBins(program.read("loop.ps")));
+      EXPECT_EQ(bins == 0, r.output.find("No file found") != std::string::npos) << r.output;
+    }
+  }
+}
+
 TEST_F(FrameRun, ListingShowsWhatTheSearchFinds) {
   const std::vector<std::string> names = {"./nids/ktlx/n0r/n0r_20240501_1143", "./nids/ktlx/n0r/n0r_20240501_1158",
                                           "b?/TLX/N0R/N0R_20240501_1158", "bx/TLX/N0R/N0R_20240501_1143",
