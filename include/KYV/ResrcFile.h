@@ -27,6 +27,7 @@ class ResrcFile {
   int set(const char* progName, const char* secondName);
   /// 0 when 10 tags exist.
   int setTag(const char* tag);
+  bool isTag(const char* tag) const;
   /// A file, or the first of kyv.cfg, .kyvdef and Kyv.res in a directory; no path: kyv.cfg here. Devices and fifos are
   /// refused, they might never end; so are pipes, except where the path itself names one.
   [[nodiscard]] int open(const char* path);
@@ -55,7 +56,6 @@ class ResrcFile {
   int endIf(const char* unused);
   int nextBranch(const char* warning, bool take);
   std::string fullName(std::string_view resource) const;
-  bool isTag(const char* tag) const;
   bool isTaken() const;
 
   File file;

@@ -62,11 +62,9 @@ void readNameAndPlaces(const Strings& args) {
   }
 }
 
-// A reader for each file: tags and open IFs of one file say nothing about the next.
-void readFile(const char* path, const char* tag, ResrcDBList& keyed, ResrcDBList& positional) {
-  ResrcFile file(Kyv::resrc);
+void readFile(ResrcFile& file, const char* path, const char* tag, ResrcDBList& keyed, ResrcDBList& positional) {
   if (!file.open(path)) return;
-  if (*tag) file.setTag(tag);
+  if (*tag && !file.isTag(tag)) file.setTag(tag);
   String entry;
   String value;
   while (file.get(entry, value) > 0) {
@@ -83,13 +81,15 @@ void readFile(const char* path, const char* tag, ResrcDBList& keyed, ResrcDBList
   }
 }
 
+// One reader for all: what a file defines, the files behind it know.
 void readFiles(ResrcDBList& keyed, ResrcDBList& positional) {
+  ResrcFile file(Kyv::resrc);
   char tag[MAX_TAG + 1] = "";
   for (const std::string& place : splitPlaces(Kyv::resrc.get(DEFAULT, STANDARD_PLACES))) {
     if (place.starts_with('+')) {
       StrLib::copy(tag, place.c_str() + 1);
     } else {
-      readFile(place.c_str(), tag, keyed, positional);
+      readFile(file, place.c_str(), tag, keyed, positional);
     }
   }
 }

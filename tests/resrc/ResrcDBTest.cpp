@@ -144,12 +144,37 @@ TEST_F(ResrcDBTest, PositionsFallToTheLastResource) {
 }
 
 TEST_F(ResrcDBTest, TagsApplyToTheFilesBehindThem) {
-  const std::string a = dir.write("a", "IF test\n*.plot_domain wrong\nELSE\n*.plot_domain a\nEND\nDEF other\nIF no\n");
-  const std::string b = dir.write("b", "IF test\n*.title b\nEND\nIF other\n*.title wrong\nEND\n");
-  start({"-df", a + ":+test:" + b});
-  EXPECT_EQ("a", get("plot_domain"));
-  EXPECT_EQ("b", get("title"));
-  start({"-df", "+" + std::string(100, 't') + ":+:+no:" + dir.path("missing") + "::" + b});
+  dir.write("a", "IF test\n*.plot_domain wrong\nELSE\n*.plot_domain a\nEND\nDEF other\n");
+  dir.write("b", "IF test\n*.title b\nEND\nIF other\n*.plot_type b\nEND\n");
+  dir.write("c", "UNDEF other\nIF no\n");
+  struct Case {
+    const char* list;  // files of the directory, and tags
+    const char *domain, *title, *type;
+  };
+  constexpr Case CASES[] = {
+      {"a", "a", "(unset)", "(unset)"},
+      {"a:+test:b", "a", "b", "b"},
+      {"+test:a:b", "wrong", "b", "b"},
+      {"b:a", "a", "(unset)", "(unset)"},
+      {"+test:b:b:b:b:b:b:b:b:b:b:a:b", "wrong", "b", "b"},  // one tag, of ten that there may be
+      {"a:c:+test:b", "a", "(unset)", "(unset)"},            // within the IF of c
+      {"+no:a:c:+test:b", "a", "b", "(unset)"},
+      {"+:+no:missing::b", "(unset)", "(unset)", "(unset)"},
+  };
+  for (const Case& c : CASES) {
+    SCOPED_TRACE(c.list);
+    std::string list;
+    const Strings places(c.list, ':');
+    for (int i = 0; i < places.getNum(); ++i) {
+      const std::string place = places.getString(i);
+      list += (i ? ":" : "") + (place.starts_with('+') || place.empty() ? place : dir.path(place));
+    }
+    start({"-df", list});
+    EXPECT_EQ(c.domain, get("plot_domain"));
+    EXPECT_EQ(c.title, get("title"));
+    EXPECT_EQ(c.type, get("plot_type"));
+  }
+  start({"-df", "+" + std::string(100, 't') + ":" + dir.path("b")});
   EXPECT_EQ("(unset)", get("title"));
 }
 
