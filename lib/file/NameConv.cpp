@@ -118,7 +118,7 @@ int NameConv::readFile(const char* name) {
     Kyv::outWarning("NameConv: No file name convention file: %s\n", list.get());
     return -1;
   }
-  Kyv::outDebug(3, "Opening name convention file: %s\n", list.get());
+  Kyv::outDebug("Opening name convention file: %s\n", list.get());
   String line;
   while (in.getLine(line) > 0) {
     line.trimWS();
@@ -131,11 +131,11 @@ int NameConv::readFile(const char* name) {
     copyTemplate(file, file_name);
     if (!StrLib::equal(header, "-")) copyTemplate(hdr, header);
     if (exact) {
-      Kyv::outDebug(3, "File name match for: %s\n", name);
+      Kyv::outDebug("File name match for: %s\n", name);
     } else {
       const int at = StrLib::lastIndex(name, '_');
       if (at >= 0) setExt(name + at + 1);
-      Kyv::outDebug(3, "File name partial match for: %s-%s ext: %s\n", label, file, ext);
+      Kyv::outDebug("File name partial match for: %s-%s ext: %s\n", label, file, ext);
     }
     long bytes = 0;
     char word[31] = "";
@@ -149,7 +149,7 @@ int NameConv::readFile(const char* name) {
     off = NameTemplate::getPeriod(file);
     return 1;
   }
-  Kyv::outDebug(3, "No file name conversion for: %s\n", name);
+  Kyv::outDebug("No file name conversion for: %s\n", name);
   return 0;
 }
 

@@ -156,9 +156,9 @@ int NameConv::encode(const Date& d, int which, String& out) {
 void NameConv::join(const std::vector<NamePiece>& pieces, String& out) const {
   out.clear();
   for (const NamePiece& piece : pieces) out.append(std::string(piece.shown()).c_str());
-  Kyv::outDebug(5, "Filename: %s\n", out.get());
-  if (Kyv::isDebug(5)) {
-    Kyv::outDebug(5, "Date: ");
+  Kyv::outDebug("Filename: %s\n", out.get());
+  if (Kyv::isDebug(1)) {
+    Kyv::outDebug("Date: ");
     date.print();
   }
 }

@@ -154,6 +154,35 @@ TEST_F(NameConvTest, ConventionTextIsLookedUp) {
   EXPECT_STREQ("N0R_%Y", conv.getFile());
 }
 
+TEST_F(NameConvTest, MessagesTellWhatWasFound) {
+  const std::string file = dir.write("own.cnv", "N0R        %D/%Y%m%d_%h%n_%e           -          1000,nids\n");
+  Kyv::resrc.set("name_conv", file.c_str());
+  const std::string opening = "Opening name convention file: " + file + "\n";
+  struct Case {
+    const char* level;
+    const char* spec;
+    std::string said;
+  };
+  const Case CASES[] = {
+      {"debug1", "n0r", opening + "File name match for: n0r\nFilename: ./20240305_1447_\nDate: 2024/03/05 14:47:MM\n"},
+      {"debug1", "N0R_x",
+       opening + "File name partial match for: N0R-%D/%Y%m%d_%h%n_%e ext: x\nFilename: ./20240305_1447_x\n"
+                 "Date: 2024/03/05 14:47:MM\n"},
+      {"debug1", "%y", opening + "No file name conversion for: %y\nFilename: 24\nDate: 2024/MM/MM MM:MM:MM\n"},
+      {"out8", "n0r", ""},
+  };
+  for (const Case& c : CASES) {
+    SCOPED_TRACE(c.spec);
+    testing::internal::CaptureStdout();
+    Kyv::setMessageLevel(c.level);
+    NameConv conv(c.spec);
+    String name;
+    conv.encodeFile(Date(2024, 3, 5, 14, 47, 31.0f), name);
+    Kyv::setMessageLevel(6);
+    EXPECT_EQ(c.said, testing::internal::GetCapturedStdout());
+  }
+}
+
 TEST_F(NameConvTest, NamesAreReadBack) {
   struct Case {
     const char* pattern;
