@@ -37,6 +37,7 @@ constexpr Special SPECIALS[] = {
     {"-de raster", true, "is what happens without a display"},
     {"-cu 'la'", true, "finds the latest file, as without it"},
     {"-cu 'la#10'", true, "finds the latest file, as without it"},
+    {"-ho=-:15", true, "is where the newest file is"},
     {"-if 'nids'", true, "is the standard"},
     {"-if 'nids:i=tlx", true, "tells what the others are given by -id and -ty"},
     {"-ty n0q", true, "is what the others run with"},
@@ -81,6 +82,9 @@ constexpr const char* FILES[] = {
     "DIR/SL.us008001/DF.of/DC.radar/DS.n0q/SI.tlx/sn.last",
     "DIR/SL.us008001/DF.of/DC.radar/DS.180z0/SI.ttpa/sn.last",
     "DIR/2024/05/01/n0q_ktlx_1807",
+    // Of ten days and twelve and a half hours ago, and the last noon of a 31st.
+    "DIR/nids/TLX/N0Q/N0Q_20240421_0633",
+    "DIR/nids/TLX/N0Q/N0Q_20240331_1200",
 };
 
 // A product in which every option shows: all levels, near and far, a storm as symbol and in a table, its time in a
