@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -263,6 +264,43 @@ TEST_F(MapRun, WhiteIsBlackOnPaper) {
     EXPECT_GT(black, overlay == std::string("-mf=a.map:off") ? 1 : 2) << "the contour, the circle, the entry";
     EXPECT_EQ(0, white);
   }
+}
+
+// Coasts and borders wherever a map lies, beyond the date line as well, and drawn once.
+TEST_F(MapRun, TheDefaultMapReachesAroundTheWorld) {
+  constexpr int GRAY = 0x808080, LGRAY = 0xAEAEAE;
+  const struct {
+    const char* what;
+    const char* domain;
+    std::size_t lines;  // at least
+  } CASES[] = {
+      {"Berlin", "52.5,13.4,25,17,0.6", 10},
+      {"Sydney", "-33.9,151,25,17,0.6", 2},
+      {"Rio", "-23,-43,25,17,0.6", 2},
+      {"Tokyo", "35.5,139.7,25,17,0.6", 5},
+      {"the Aleutians", "51.5,179.5,25,17,0.3", 5},
+      {"from the other side", "51.5,-179.5,25,17,0.3", 5},
+      {"Chukotka", "66,-172,25,17,0.7", 10},
+      {"Greenland", "62,-47,25,17,0.6", 5},
+      {"Oklahoma", "35.3,-97.3,25,17,0.3", 1},
+      {"Caracas", "10.5,-67,25,17,0.4", 5},
+  };
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(c.what);
+    const MetaPage page = draw(std::string("-dr map -pd ") + c.domain);
+    std::size_t lines = 0;
+    for (const MetaPage::Path& p : page.paths) lines += p.points.size() > 1 && (p.color == LGRAY || p.color == GRAY);
+    EXPECT_GE(lines, c.lines);
+  }
+  // No edge of a coast comes twice.
+  std::set<std::pair<std::pair<double, double>, std::pair<double, double>>> edges;
+  int twice = 0;
+  for (const MetaPage::Path& p : draw("-dr map -pd 60,-48,25,17,1").getPaths(LGRAY)) {
+    for (std::size_t i = 1; i < p.points.size(); ++i) {
+      if (p.points[i] != p.points[i - 1]) twice += !edges.insert(std::minmax(p.points[i - 1], p.points[i])).second;
+    }
+  }
+  EXPECT_LT(twice, 10);
 }
 
 // A radar beside the date line, on maps that end there, go over it, and have their seam elsewhere.

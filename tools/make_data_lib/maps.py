@@ -31,6 +31,17 @@ LINES = {
     "mx_states": "mx_states",
 }
 
+# The rest of the world at the scale of a radar: the coarse lines where the fine ones end, so that none is drawn twice.
+# Of provinces only those of Canada and the United States have fine lines; their others lie south of 6 degrees north.
+WORLD = {
+    "coast_world": ("coast_50m", "coast_10m_radar", 90.0),
+    "borders_world": ("borders_50m", "borders_10m_radar", 90.0),
+    "lakes_world": ("lakes_50m", "lakes_10m", 90.0),
+    "provinces_world": ("provinces_50m", "ca_provinces", 6.0),
+}
+SAME = 0.2  # degrees within which a coarse and a fine line are the same
+LONGEST = 3.0  # degrees of a segment, so that it is passed over where the map does not show it
+
 # Places by the rank of the facts, large ones first: file and the ranks that it holds.
 CITIES = (("cities_1", range(0, 3)), ("cities_2", range(3, 6)), ("cities_3", range(6, 8)), ("cities_4", range(8, 11)))
 
@@ -48,6 +59,12 @@ s+25:coast_50m:gray
 s+25:lakes_50m:dgray
 s+25:borders_50m:gray
 s+25:s-130:provinces_50m:dgray
+
+# The rest of the world near by, where the fine maps of radars end
+s-25:lakes_world:dcyan
+s-25:provinces_world:dgray
+s-25:borders_world:gray
+s-25:coast_world:lgray
 
 # North America: the United States by their counties, states and roads
 s-3:[0,12,75,-180,-50]us_highways:brown
@@ -67,15 +84,16 @@ s-10:[0,-90,90,-50,180]rivers:dcyan
 s-25:[0,-90,90,-50,180]lakes:dcyan
 s-25:[0,-90,90,-50,180]borders:gray
 s-25:[0,-90,90,-50,180]coast:lgray
-[0,-90,12,-180,-50]coast_50m:lgray
-[0,-90,12,-180,-50]borders_50m:gray
-s-25:[0,75,90,-180,-50]coast_50m:lgray
+s-25:[0,-90,12,-180,-50]lakes:dcyan
+s-25:[0,-90,12,-180,-50]borders:gray
+s-25:[0,-90,12,-180,-50]coast:lgray
+s-25:[0,75,90,-180,-50]coast:lgray
 
 # Places, the large ones first: a name that would cover another one is left out
 +s-60:cities_1:white
 +s-25:cities_2:white
 +s-8:cities_3:white
-+s-3:cities_4:white
++s-6:cities_4:white
 """
 
 
@@ -116,6 +134,42 @@ def read_lines(path):
     return segments
 
 
+def near(points):
+    """Tells whether a place lies on one of these lines, or within SAME degrees of it."""
+    cells = set()
+    for line in points:
+        for (lat1, lon1), (lat2, lon2) in zip(line, line[1:] or line):
+            steps = 1 + int(max(abs(lat2 - lat1), abs(lon2 - lon1)) / (SAME / 2))
+            for i in range(steps + 1):
+                part = i / steps
+                cells.add((int((lat1 + part * (lat2 - lat1)) // SAME), int((lon1 + part * (lon2 - lon1)) // SAME)))
+    around = [(i, k) for i in (-1, 0, 1) for k in (-1, 0, 1)]
+    return lambda lat, lon: any((int(lat // SAME) + i, int(lon // SAME) + k) in cells for i, k in around)
+
+
+def apart(coarse, fine, north):
+    """The coarse lines up to a latitude where no fine one draws the same, in short pieces that meet."""
+    known = near([points for _, _, points in fine])
+    for code, name, points in coarse:
+        if min(points)[0] > north:
+            continue
+        piece = []
+        for a, b in zip(points, points[1:]):
+            if known(*a) and known(*b):
+                if piece:
+                    yield code, name, piece
+                piece = []
+                continue
+            piece = piece or [a]
+            piece.append(b)
+            lats, lons = zip(*piece)
+            if max(max(lats) - min(lats), max(lons) - min(lons)) > LONGEST:
+                yield code, name, piece
+                piece = []
+        if piece:
+            yield code, name, piece
+
+
 def read_cities(facts):
     """Places by rank, within a rank by their population."""
     cities = sorted(rows(facts / "cities.csv"), key=lambda r: (int(r["rank"]), -int(r["population"] or 0)))
@@ -125,6 +179,12 @@ def read_cities(facts):
 def make(facts):
     for name, source in LINES.items():
         data, names = binary(read_lines(facts / "maps" / f"{source}.txt"))
+        yield f"maps/{name}.map", data
+        if names:
+            yield f"maps/{name}.mdb", names
+    for name, (coarse, fine, north) in WORLD.items():
+        lines = [read_lines(facts / "maps" / f"{source}.txt") for source in (coarse, fine)]
+        data, names = binary(list(apart(*lines, north)))
         yield f"maps/{name}.map", data
         if names:
             yield f"maps/{name}.mdb", names
