@@ -8,6 +8,7 @@
 
 #include "KYV/Buffer.h"
 #include "KYV/FileAttr.h"
+#include "KYV/OutputFile.h"
 #include "KYV/StrLib.h"
 
 namespace KYV {
@@ -24,7 +25,8 @@ class File : public FileAttr {
   File(const File&) = delete;
   File& operator=(const File&) = delete;
 
-  /// A mode beginning with 'p' runs the command `name` as a pipe ("pr", "pw"); else a name "http://..." starts a
+  /// A file that is opened with "w" appears under its name when close() finds it complete; what stood there stays until
+  /// then. A mode beginning with 'p' runs the command `name` as a pipe ("pr", "pw"); else a name "http://..." starts a
   /// transfer, "-", "std" and "stdn" are standard input or output, "|command" is a pipe, and any other name a file
   /// ("~" is the home directory; missing directories are made for writing). 1 when open; 0 leaves the handle closed.
   [[nodiscard]] int open(const char* name, const char* mode);
@@ -46,8 +48,11 @@ class File : public FileAttr {
   int skipLine();
   /// Back to the beginning; 0 for pipes.
   int rewind();
-  /// 0 when anything could not be written. A shared stream is flushed, not closed.
+  /// 0 when anything could not be written: a file opened with "w" is then as it was before. A shared stream is flushed,
+  /// not closed.
   int close();
+  /// As close(), for a file that is not complete: one opened with "w" stays as it was before.
+  void discard();
   /// Whether the end has been reached.
   bool endFile();
   KYV_PRINTF(2, 3) int printf(const char* format, ...);
@@ -63,6 +68,9 @@ class File : public FileAttr {
   int flush();
   /// True once a write failed (disk full, pipe closed).
   bool isError() const { return failed; }
+  /// Why the file could not be opened or written, ": No space left on device", to stand behind its name in a message;
+  /// empty while nothing has failed.
+  String getReason() const;
   std::FILE* getFP() { return fp; }
   /// A shared stream is not closed with the handle.
   int setShare(int share);
@@ -75,6 +83,7 @@ class File : public FileAttr {
   int openPipe(const char* command, const char* mode);
   int getPiece(char* line, int n, bool& ended);
   int fill(int need);
+  void fail();
 
   int type = PLAIN;
   int stype = 0;  // 1 when it is standard input or output
@@ -84,7 +93,9 @@ class File : public FileAttr {
   int access = 0;  // 1 when not opened for reading
   int shared = 0;
   bool failed = false;
-  Buffer buf;  // received bytes of a URL
+  int fault = 0;      // errno of the first failure
+  OutputFile output;  // of a file that appears when it is complete
+  Buffer buf;         // received bytes of a URL
 };
 
 }  // namespace KYV

@@ -38,8 +38,12 @@ class GifFile {
   /// Appends all pictures of another GIF file to an animation; the first file gives screen and global colours. 0, with
   /// a warning, for a file that cannot be read: the animation goes on without it.
   [[nodiscard]] int write(const char* gif);
-  /// 0 when anything could not be written.
+  /// Appends an image to an animation, whose first one gives its screen; texts of the image are left out.
+  [[nodiscard]] int addFrame(const Image& image);
+  /// 0 when anything could not be written, or nothing was: no file has come of it then.
   int close();
+  /// Ends a file that shall not be written.
+  void discard();
 
  private:
   struct State;  // seen by the sources alone

@@ -11,6 +11,7 @@
 #include "KYV/Kyv.h"
 #include "KYV/Points.h"
 #include "KYV/StrLib.h"
+#include "KYV/String.h"
 #include "TextWriter.h"
 
 namespace KYV {
@@ -87,8 +88,8 @@ int FileDevice::closeFile() {
   if (filename[0] == '|') {
     std::fprintf(stderr, "%s: the command \"%s\" has failed or not taken the whole plot\n", device, filename + 1);
   } else {
-    std::fprintf(stderr, "%s: unable to write all of %s, check the space on its disk\n", device,
-                 filename + (append ? 1 : 0));
+    std::fprintf(stderr, "%s: unable to write all of %s%s\n", device, filename + (append ? 1 : 0),
+                 out.getReason().get());
   }
   return 0;
 }

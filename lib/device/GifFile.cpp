@@ -8,6 +8,7 @@
 #include "KYV/File.h"
 #include "KYV/Image.h"
 #include "KYV/Kyv.h"
+#include "KYV/String.h"
 
 namespace KYV {
 
@@ -43,9 +44,10 @@ struct GifFile::State {
   void putBlock(std::string_view text);
   void putControl(int flags, int hundredths, int index);
   void putDescriptor(int left, int top, int width, int height, const Gif::Table& colors);
-  void putHeader(const Gif::Reader& reader);
+  void putHeader(const Byte* screen, const Gif::Table& colors);
+  const Image* asIndices(const Image& image, Image& reduced) const;
   void putFrame(const Gif::Picture& picture, const Gif::Table& global);
-  void putPicture(const Image& image);
+  void putPicture(const Image& image, bool frame);
 };
 
 void GifFile::State::putBlock(std::string_view text) {
@@ -73,11 +75,11 @@ void GifFile::State::putDescriptor(int left, int top, int width, int height, con
   file.write(colors.rgb.data(), colors.size());
 }
 
-// Of an animation: as in its first file, and the extension that makes it run again.
-void GifFile::State::putHeader(const Gif::Reader& reader) {
+// Of an animation: as of its first picture, and the extension that makes it run again.
+void GifFile::State::putHeader(const Byte* screen, const Gif::Table& colors) {
   file.write("GIF89a", Gif::SIGNATURE_SIZE);
-  file.write(reader.getScreen(), Gif::Reader::SCREEN_SIZE);
-  file.write(reader.getColors().rgb.data(), reader.getColors().size());
+  file.write(screen, Gif::Reader::SCREEN_SIZE);
+  file.write(colors.rgb.data(), colors.size());
   put({Gif::EXTENSION, Gif::APPLICATION});
   putBlock("NETSCAPE2.0");
   Byte again[] = {3, 1, 0, 0, 0};
@@ -97,8 +99,28 @@ void GifFile::State::putFrame(const Gif::Picture& picture, const Gif::Table& glo
   encoder.finish();
 }
 
-// An indexed image of 8 bits.
-void GifFile::State::putPicture(const Image& image) {
+// An image as the format has it: indices of a byte, or levels of grey without a table beside them. `reduced` holds it
+// where it had to be changed; null, with a warning, when it has no pixels.
+const Image* GifFile::State::asIndices(const Image& image, Image& reduced) const {
+  const bool plain = image.getColorType() == Image::INDEXED || image.getNumColor() == 0;
+  const bool fits = image.getBitsPixel() == 8 && image.getColorType() != Image::DIRECT && plain;
+  const Image* source = &image;
+  if (!fits || (image.getTransColor() < 0 && trans >= 0)) {
+    reduced = image;
+    // Before colours are reduced: what is transparent is said in terms of the image.
+    if (image.getTransColor() < 0) reduced.setTransColor(trans);
+    if (!fits && !reduced.reduceColors()) reduced.clearData();
+    source = &reduced;
+  }
+  const std::size_t size =
+      static_cast<std::size_t>(source->getHeight()) * static_cast<std::size_t>(source->getBytesLine());
+  if (size > 0 && source->getData().size() >= size) return source;
+  Kyv::outWarning("No pixels to write to GIF file: %s\n", name.c_str());
+  return nullptr;
+}
+
+// An indexed image of 8 bits, as the only picture of the file or as a frame.
+void GifFile::State::putPicture(const Image& image, bool frame) {
   const int width = image.getWidth(), height = image.getHeight(), transparent = image.getTransColor();
   const bool clear = transparent >= 0 && transparent <= 255;
   // Without a table the indices are levels of grey.
@@ -128,16 +150,22 @@ void GifFile::State::putPicture(const Image& image) {
   Gif::putHalf(&screen[0], width);
   Gif::putHalf(&screen[2], height);
   screen[4] = static_cast<Byte>(Gif::TABLE | (bits - 1) << 4 | (bits - 1));
-  file.write("GIF89a", Gif::SIGNATURE_SIZE);
-  put(screen);
-  file.write(table.rgb.data(), table.size());
-  for (const std::string& line : ImageText::encode(image)) {
-    put({Gif::EXTENSION, Gif::COMMENT});
-    putBlock(line);
-    put({0});
+  if (frame) {
+    if (content == NOTHING) putHeader(screen, table);
+    putControl(Gif::LEAVE_IN_PLACE, delay, 0);
+    putDescriptor(0, 0, width, height, table);
+  } else {
+    file.write("GIF89a", Gif::SIGNATURE_SIZE);
+    put(screen);
+    file.write(table.rgb.data(), table.size());
+    for (const std::string& line : ImageText::encode(image)) {
+      put({Gif::EXTENSION, Gif::COMMENT});
+      putBlock(line);
+      put({0});
+    }
+    if (clear) putControl(Gif::TRANSPARENT, PICTURE_DELAY, transparent);
+    putDescriptor(0, 0, width, height, {});
   }
-  if (clear) putControl(Gif::TRANSPARENT, PICTURE_DELAY, transparent);
-  putDescriptor(0, 0, width, height, {});
 
   // An index beyond the colours shows as the last of them.
   std::array<Byte, 256> shown;
@@ -153,7 +181,7 @@ void GifFile::State::putPicture(const Image& image) {
     encoder.add({row.data(), static_cast<std::size_t>(width)});
   }
   encoder.finish();
-  put({Gif::TRAILER});
+  if (!frame) put({Gif::TRAILER});
 }
 
 GifFile::GifFile() : state(std::make_unique<State>()) {}
@@ -224,26 +252,21 @@ int GifFile::write(const Image& image) {
     Kyv::outWarning("A picture was written before to GIF file: %s\n", state->name.c_str());
     return 0;
   }
-  // Indices of a byte, or levels of grey without a table beside them.
-  const bool plain = image.getColorType() == Image::INDEXED || image.getNumColor() == 0;
-  const bool fits = image.getBitsPixel() == 8 && image.getColorType() != Image::DIRECT && plain;
   Image reduced;
-  const Image* source = &image;
-  if (!fits || (image.getTransColor() < 0 && state->trans >= 0)) {
-    reduced = image;
-    // Before colours are reduced: what is transparent is said in terms of the image.
-    if (image.getTransColor() < 0) reduced.setTransColor(state->trans);
-    if (!fits && !reduced.reduceColors()) reduced.clearData();
-    source = &reduced;
-  }
-  const std::size_t size =
-      static_cast<std::size_t>(source->getHeight()) * static_cast<std::size_t>(source->getBytesLine());
-  if (size == 0 || source->getData().size() < size) {
-    Kyv::outWarning("No pixels to write to GIF file: %s\n", state->name.c_str());
-    return 0;
-  }
+  const Image* source = state->asIndices(image, reduced);
+  if (!source) return 0;
   state->content = State::PICTURE;
-  state->putPicture(*source);
+  state->putPicture(*source, false);
+  return state->file.isError() ? 0 : 1;
+}
+
+int GifFile::addFrame(const Image& image) {
+  if (!isOpen() || state->mode != WRITE || state->content == State::PICTURE) return 0;
+  Image reduced;
+  const Image* source = state->asIndices(image, reduced);
+  if (!source) return 0;
+  state->putPicture(*source, true);
+  state->content = State::ANIMATION;
   return state->file.isError() ? 0 : 1;
 }
 
@@ -274,7 +297,7 @@ int GifFile::write(const char* gif) {
     if (found == Gif::Reader::TEXT) continue;
     if (found != Gif::Reader::PICTURE) break;
     if (picture.damaged) Kyv::outWarning(DAMAGED, gif, picture.width, picture.height);
-    if (state->content == State::NOTHING) state->putHeader(reader);
+    if (state->content == State::NOTHING) state->putHeader(reader.getScreen(), reader.getColors());
     state->content = State::ANIMATION;
     state->putFrame(picture, reader.getColors());
     ++frames;
@@ -288,10 +311,14 @@ int GifFile::write(const char* gif) {
 int GifFile::close() {
   if (!isOpen()) return 1;
   if (state->content == State::ANIMATION) state->put({Gif::TRAILER});
+  // A file without a picture is none.
+  if (state->mode == WRITE && state->content == State::NOTHING) state->file.discard();
   state->content = State::NOTHING;
   if (state->file.close()) return 1;
-  Kyv::outWarning("Unable to write GIF file: %s\n", state->name.c_str());
+  Kyv::outWarning("Unable to write GIF file: %s%s\n", state->name.c_str(), state->file.getReason().get());
   return 0;
 }
+
+void GifFile::discard() { state->file.discard(); }
 
 }  // namespace KYV

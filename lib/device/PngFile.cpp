@@ -222,8 +222,8 @@ int PngFile::write(const Image& given) {
   const bool written = s.putHeader(image) && s.putRows(image);
   s.end();
   if (!written) {
-    Kyv::outWarning("PngFile: unable to write all of %s, check the space on its disk\n", s.name.c_str());
-    s.file.close();
+    Kyv::outWarning("PngFile: unable to write all of %s%s\n", s.name.c_str(), s.file.getReason().get());
+    s.file.discard();
   }
   return written ? 1 : 0;
 }

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 
@@ -63,11 +64,13 @@ struct File::Transfer {
 
 File::File() = default;
 
-File::~File() { close(); }
+// What nobody closed is not known to be complete.
+File::~File() { discard(); }
 
 int File::open(const char* name, const char* mode) {
   if (opened) close();
   failed = false;
+  fault = 0;
   if (!StrLib::valid(name) || !StrLib::valid(mode) || !std::strchr("prwa", mode[0])) return 0;
   if (mode[0] == 'p') return openPipe(name, mode + 1);
   const bool reading = mode[0] == 'r';
@@ -82,13 +85,14 @@ int File::open(const char* name, const char* mode) {
     String path;
     FileTool::addUserPath(name, path);
     if (!reading) FileTool::makeDir(path.get());
+    errno = 0;
     // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): close() knows whose the stream is
-    fp = std::fopen(path.get(), mode);
-    if (!fp) return 0;
+    fp = mode[0] == 'w' && OutputFile::isWhole(path.get()) ? output.open(path.get()) : std::fopen(path.get(), mode);
+    if (!fp) return fault = errno, 0;
     if (isDirectory(fp)) {
       std::fclose(fp);  // NOLINT(cppcoreguidelines-owning-memory)
       fp = nullptr;
-      return 0;
+      return fault = EISDIR, 0;
     }
     if (!reading) std::setvbuf(fp, nullptr, _IOFBF, WRITE_BUFFER);
   }
@@ -134,14 +138,40 @@ int File::close() {
     // been stopped by the close.
     const int status = pclose(fp);
     if (status == -1 || (access && status != 0)) failed = true;
+  } else if (output.isOpen()) {
+    errno = 0;
+    if (failed) {
+      output.discard();
+    } else if (!output.commit()) {
+      fail();
+    }
   } else if (std::fclose(fp) != 0) {  // NOLINT(cppcoreguidelines-owning-memory)
-    failed = true;
+    fail();
   }
   fp = nullptr;
   type = PLAIN;
   stype = access = shared = 0;
   opened = false;
   return failed ? 0 : 1;
+}
+
+void File::discard() {
+  if (output.isOpen()) failed = true;
+  close();
+}
+
+// The first failure tells the reason, those that follow are its consequences.
+void File::fail() {
+  if (!failed) fault = errno;
+  failed = true;
+}
+
+String File::getReason() const {
+  String reason;
+  if (fault == 0) return reason;
+  reason.copy(": ");
+  reason.append(fault == EEXIST ? "it is an input of this run" : std::strerror(fault));
+  return reason;
 }
 
 // The next line or as much of it as fits, and whether its end was among it; -1 when there is nothing to read from.
@@ -219,7 +249,7 @@ int File::printf(const char* format, ...) {
   const int num = std::vfprintf(fp, format, args);
   va_end(args);
   if (num >= 0) return num;
-  failed = true;
+  fail();
   return 0;
 }
 
@@ -258,7 +288,7 @@ int File::read(Buffer& buffer) {
 int File::write(const void* bytes, int n) {
   if (!opened || !fp || !bytes || n <= 0) return 0;
   const std::size_t num = std::fwrite(bytes, 1, static_cast<std::size_t>(n), fp);
-  if (num < static_cast<std::size_t>(n)) failed = true;
+  if (num < static_cast<std::size_t>(n)) fail();
   return static_cast<int>(num);
 }
 
@@ -281,11 +311,14 @@ std::int64_t File::tell() {
 int File::flush() {
   if (!opened || !fp) return 0;
   if (std::fflush(fp) == 0) return 1;
-  failed = true;
+  fail();
   return 0;
 }
 
-int File::setShare(int share) { return shared = share ? 1 : 0, 1; }
+int File::setShare(int share) {
+  if (share && output.isOpen()) output.release();
+  return shared = share ? 1 : 0, 1;
+}
 
 int File::openUrl(const char* url) {
   transfer = std::make_unique<Transfer>();

@@ -115,6 +115,7 @@ int NidsSource::open(const char* filename) {
   const bool once = FileTool::isStdio(filename) || filename[0] == '|' || !FileTool::isFile(path.get());
   if (once) return openKept();
   if (!file.open(filename, "r")) return 0;
+  OutputFile::protect(file.getFP());
   return unwrapFile();
 }
 

@@ -252,7 +252,6 @@ int Plot::saveAll(const char* stem, const char* type) {
 
 int Plot::saveAnimation(const char* name) {
   const std::string path = outPath(name);
-  const std::string part = path + ".part";
   const int shown = graph.getFrame();
   GifFile animation;
   if (!animation.open(path.c_str(), GifFile::WRITE)) return 0;
@@ -261,13 +260,10 @@ int Plot::saveAnimation(const char* name) {
   for (int i = 0; i < graph.getNumFrames(); ++i) {
     graph.displayFrame(i);
     Image image;
-    ImageFile file;
-    const bool whole =
-        getImage(image) && file.write(part.c_str(), ImageFile::GIF, image) && animation.write(part.c_str());
-    if (!whole) saved = 0;
+    if (!getImage(image) || !animation.addFrame(image)) saved = 0;
   }
   graph.displayFrame(shown);
-  FileTool::remove(part.c_str());
+  if (!saved) animation.discard();
   if (!animation.close() || !saved) {
     Kyv::outWarning("Plot: unable to write all frames of %s\n", path.c_str());
     return 0;
