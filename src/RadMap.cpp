@@ -91,7 +91,7 @@ int RadMap::settle(int there) {
   if (date.isSet() && file.setFile(date)) return 1;
   if (search.equal(reported.get())) return 0;
   reported.copy(search);
-  Kyv::outWarning("RadMap: No file found\n%s", search.get());
+  Kyv::report(Kyv::NOFILE, "RadMap: No file found\n%s", search.get());
   Kyv::outWarning(
       "  Choose with -id STATION -ty PRODUCT -cu DATE, say where with -dp DIRECTORY, which names with -if, "
       "or name a file\n");
@@ -102,7 +102,7 @@ int RadMap::settle(int there) {
 int RadMap::setFilename(Date& date, const char* name) {
   const int there = file.setFile(date, name);
   if (!there && file.isFixed() && file.getNumFiles() > 1) {
-    Kyv::outWarning("RadMap: Unable to open file: %s\n", file.getName());
+    Kyv::report(Kyv::NOFILE, "RadMap: Unable to open file: %s\n", file.getName());
   }
   return there;
 }
@@ -249,12 +249,12 @@ int RadMap::draw(Plot& surface) {
     nids = std::move(ahead);
     info = ahead_info;
   } else if (!nids->open(file.getName())) {
-    Kyv::outWarning("RadMap: Unable to open file: %s\n", file.getName());
+    Kyv::report(Kyv::NOFILE, "RadMap: Unable to open file: %s\n", file.getName());
     return 0;
   }
   ahead.reset();
   Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
-  if (!begun && !nids->readHeader(info)) return 0;
+  if (!begun && !nids->readHeader(info)) return Kyv::note(Kyv::NODATA), 0;
   readVariables();
   // A user's list of maps takes the place of the layer's own.
   const bool maps = map && !vars.isMap();

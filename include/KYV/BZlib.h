@@ -40,6 +40,9 @@ class BZlib {
   long getTotalOut() const;
   bool isError() const { return stat < 0; }
 
+  /// The version of the library beneath.
+  static const char* getLibrary();
+
  private:
   struct Stream;  // bz_stream, seen by the source alone
   int type;

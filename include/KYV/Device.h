@@ -59,6 +59,8 @@ class Device {
   virtual void callback(const char* name, const char* event, const void* data) = 0;
   /// Writes any trailer and releases the window or file.
   virtual int close() = 0;
+  /// As close(), for an output of which nothing shall stay: a file is then as it was before.
+  virtual int discard() { return close(); }
   /// Flushes drawing to the surface.
   virtual int update() = 0;
   /// Clears the whole surface to the background.

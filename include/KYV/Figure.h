@@ -31,6 +31,8 @@ class Figure : public Listener {
   [[nodiscard]] int open() { return open(nullptr); }
   /// 0 when the output could not be written.
   int close() { return plot.close(); }
+  /// Whether any layer has drawn anything.
+  bool hasDrawn() const { return has_drawn; }
   /// "fi=", "ref", "norefresh", "nf=", "nobord", "linc=" of a comma list.
   int setParam(const char* params);
   /// "first-last/step" or a list of forecast hours.
@@ -106,6 +108,7 @@ class Figure : public Listener {
   int loop_type = 1;               // 1 time, 2 forecast
   int step = -1;                   // seconds; -1: ask the layers
   int border = 1;
+  bool has_drawn = false;  // any layer, anything
   int redraw_depth = 0;  // above 0 while a redraw runs
   int num_redraw = 0;
   int refresh = 0;                // seconds between looks for new data, 0: none

@@ -72,6 +72,11 @@ class File : public FileAttr {
   /// empty while nothing has failed.
   String getReason() const;
   std::FILE* getFP() { return fp; }
+  /// The version of the library that reads URLs, which is loaded for it; empty when it is missing.
+  static const char* getUrlLibrary();
+  /// From now on standard output takes what files of the name "-" write and nothing else: what the program says on it
+  /// goes to standard error.
+  static int keepOutput();
   /// A shared stream is not closed with the handle.
   int setShare(int share);
 
@@ -79,6 +84,7 @@ class File : public FileAttr {
   struct Transfer;  // libcurl's handles, seen by the source alone
   enum Type { PLAIN = 0, PIPE = 1, URL = 7 };
 
+  static std::FILE*& keptOutput();
   int openUrl(const char* url);
   int openPipe(const char* command, const char* mode);
   int getPiece(char* line, int n, bool& ended);

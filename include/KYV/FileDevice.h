@@ -20,6 +20,7 @@ class FileDevice : public PassiveDevice {
   FileDevice(const FileDevice&) = delete;
   FileDevice& operator=(const FileDevice&) = delete;
 
+  int discard() override;
   /// Hands what was drawn to the file; writes nothing of its own.
   int update() override;
   /// In hundredths of an inch, kept in points; 0, and unchanged, for a size without extent or beyond 200 inches.

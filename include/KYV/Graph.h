@@ -49,6 +49,8 @@ class Graph : public Listener {
   bool isOpen() const { return opened; }
   /// 0 when the device could not write all of its output.
   int close();
+  /// As close(), for an output that shall not be written.
+  int discard();
   int manage();
   int unmanage();
   int update();

@@ -33,6 +33,9 @@ class KmlFile {
   int readData(EarthPoints& points);
   int print() const;
 
+  /// The version of the library beneath, which is loaded for it; empty when it is missing.
+  static const char* getLibrary();
+
  private:
   struct Segment {
     MapFileHeader header;

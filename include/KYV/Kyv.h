@@ -15,7 +15,7 @@ namespace KYV {
 /// at start. Errors print whatever the classes.
 class Kyv {
  public:
-  /// Exit codes of the process.
+  /// Exit codes of the process. docs/exit-status.md says what each tells of a run.
   enum Error {
     NOERR = 0,
     NORUN = 1,
@@ -64,6 +64,13 @@ class Kyv {
   KYV_PRINTF(2, 3) static int outDebug(int n, const char* format, ...);
   /// Unconditionally on standard output.
   static int print(const char* s);
+
+  // How the run went.
+  /// Notes a failure: the gravest is the run's status.
+  static int note(Error e);
+  /// A warning, and the failure that it tells of.
+  KYV_PRINTF(2, 3) static int report(Error e, const char* format, ...);
+  static Error getStatus();
 
   // Process.
   /// Seconds since 1970 with microseconds.

@@ -45,6 +45,8 @@ class Plot : public Listener {
   [[nodiscard]] int open() { return open(nullptr); }
   /// 0 when the output could not be written.
   int close();
+  /// As close(), for a plot in which nothing was drawn: its file stays as it was before. 0 where the plot is a window.
+  int discard();
   /// Hands control to the device or, where the resource `output` asks for a picture, writes that: one file, or for
   /// several frames an animated GIF or a numbered PNG file each. 0 when it could not be written.
   int manage();

@@ -37,6 +37,9 @@ class PngFile {
   /// 0 when anything could not be written.
   int close();
 
+  /// The version of the library beneath.
+  static const char* getLibrary();
+
  private:
   struct State;  // seen by the sources alone
   std::unique_ptr<State> state;

@@ -35,6 +35,8 @@ class ResrcFile {
   int close();
   /// The next resource line that the conditionals let through; -1 at the end.
   int get(String& name, String& value);
+  /// Where the line in hand stands, "kyv.cfg:3".
+  std::string getPlace() const { return path_read + ":" + std::to_string(line_number); }
   /// Whether a line's name is addressed to this program.
   bool valid(const char* name) const;
   /// Whether a line's name, the pattern, matches the full name of a resource.
@@ -58,7 +60,11 @@ class ResrcFile {
   std::string fullName(std::string_view resource) const;
   bool isTaken() const;
 
+  int openAs(const char* name, bool data);
+
   File file;
+  std::string path_read;  // of the open file
+  int line_number = 0;
   char prog[30] = "";
   char second[30] = "";
   std::vector<std::string> tags;

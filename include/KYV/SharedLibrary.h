@@ -16,8 +16,8 @@ class SharedLibrary {
 
   bool isOpen() const { return handle != nullptr; }
 
-  /// Finds a function by its name.
-  /// @param function  receives the function; null when there is none
+  /// Finds a function, or a variable, by its name.
+  /// @param function  receives its address; null when there is none
   /// @return whether it was found
   template <class F>
   bool find(const char* name, F*& function) const {

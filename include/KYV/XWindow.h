@@ -108,6 +108,9 @@ class XWindow final : public Device, public Listener {
   static void onError(void* display, void* event);
   static void onLoss();
 
+  /// The version of the library beneath.
+  static const char* getLibrary();
+
  private:
   struct State;  // what libX11 knows of, seen by the sources alone
   struct Shared;

@@ -37,6 +37,8 @@ class Zlib {
   int getAvailOut() const;
   long getTotalOut() const;
   bool isError() const { return stat < 0; }
+  /// The version of the library beneath.
+  static const char* getLibrary();
 
  private:
   struct Stream;  // z_stream, seen by the source alone

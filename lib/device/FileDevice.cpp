@@ -74,6 +74,7 @@ int FileDevice::openFile() {
   }
   if (!out.open(name, mode)) {
     std::fprintf(stderr, "%s: unable to output to file\n", device);
+    Kyv::report(Kyv::NOWRITE, "%s%s\n", name, out.getReason().get());
     return 0;
   }
   text = std::make_unique<TextWriter>(out);
@@ -85,6 +86,7 @@ int FileDevice::closeFile() {
   text.reset();
   opened = false;
   if (out.close()) return 1;
+  Kyv::note(Kyv::NOWRITE);
   if (filename[0] == '|') {
     std::fprintf(stderr, "%s: the command \"%s\" has failed or not taken the whole plot\n", device, filename + 1);
   } else {
@@ -92,6 +94,14 @@ int FileDevice::closeFile() {
                  out.getReason().get());
   }
   return 0;
+}
+
+int FileDevice::discard() {
+  if (!opened) return 1;
+  text.reset();
+  opened = false;
+  out.discard();
+  return 1;
 }
 
 int FileDevice::update() {

@@ -391,6 +391,8 @@ int PngFile::read(Image& image) {
 
 // The rest.
 
+const char* PngFile::getLibrary() { return png_get_libpng_ver(nullptr); }
+
 PngFile::PngFile() : state(std::make_unique<State>()) {}
 
 PngFile::~PngFile() { close(); }

@@ -99,6 +99,11 @@ void XWindow::onLoss() {
 
 XWindow::XWindow() : state(std::make_unique<State>()) {}
 
+const char* XWindow::getLibrary() {
+  static const std::string release = "release " + std::to_string(XlibSpecificationRelease);
+  return release.c_str();
+}
+
 XWindow::~XWindow() { close(); }
 
 int XWindow::init() {

@@ -16,7 +16,8 @@ std::optional<CurlLibrary> load() {
       library.find("curl_easy_cleanup", c.easyCleanup) && library.find("curl_multi_init", c.multiInit) &&
       library.find("curl_multi_add_handle", c.multiAdd) && library.find("curl_multi_remove_handle", c.multiRemove) &&
       library.find("curl_multi_perform", c.multiPerform) && library.find("curl_multi_timeout", c.multiTimeout) &&
-      library.find("curl_multi_poll", c.multiPoll) && library.find("curl_multi_cleanup", c.multiCleanup);
+      library.find("curl_multi_poll", c.multiPoll) && library.find("curl_multi_cleanup", c.multiCleanup) &&
+      library.find("curl_version", c.version);
   return whole ? std::optional(c) : std::nullopt;
 }
 

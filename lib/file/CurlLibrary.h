@@ -17,6 +17,7 @@ struct CurlLibrary {
   decltype(::curl_multi_timeout)* multiTimeout = nullptr;
   decltype(::curl_multi_poll)* multiPoll = nullptr;
   decltype(::curl_multi_cleanup)* multiCleanup = nullptr;
+  decltype(::curl_version)* version = nullptr;
 
   /// The functions; null when the library or one of them is missing.
   static const CurlLibrary* get();

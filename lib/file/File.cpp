@@ -2,11 +2,13 @@
 
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 
+#include "CurlLibrary.h"
 #include "HttpTransfer.h"
 #include "KYV/FileTool.h"
 #include "KYV/Kyv.h"
@@ -26,6 +28,12 @@ bool isUrl(const char* name) { return std::strncmp(name, "http://", 7) == 0; }
 bool isDirectory(std::FILE* fp) {
   struct stat info = {};
   return fstat(fileno(fp), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+void ignorePipeSignal() {
+  struct sigaction old = {};
+  sigaction(SIGPIPE, nullptr, &old);
+  if (old.sa_handler == SIG_DFL) std::signal(SIGPIPE, SIG_IGN);
 }
 
 // A reader that goes away shall be a failed write, not the end of the process. The command itself starts with the
@@ -79,7 +87,9 @@ int File::open(const char* name, const char* mode) {
 
   access = reading || std::strchr(mode, '+') ? 0 : 1;
   if (FileTool::isStdio(name)) {
-    fp = reading ? stdin : stdout;
+    fp = reading ? stdin : keptOutput() ? keptOutput() : stdout;
+    // A reader that goes away shall be a failed write.
+    if (!reading) ignorePipeSignal();
     stype = shared = 1;
   } else {
     String path;
@@ -313,6 +323,26 @@ int File::flush() {
   if (std::fflush(fp) == 0) return 1;
   fail();
   return 0;
+}
+
+const char* File::getUrlLibrary() {
+  const CurlLibrary* library = CurlLibrary::get();
+  return library ? library->version() : "";
+}
+
+// Standard output itself, when what the program says goes elsewhere.
+std::FILE*& File::keptOutput() {
+  static std::FILE* stream = nullptr;
+  return stream;
+}
+
+int File::keepOutput() {
+  if (keptOutput()) return 1;
+  std::fflush(stdout);
+  const int fd = dup(fileno(stdout));
+  if (fd < 0 || dup2(fileno(stderr), fileno(stdout)) < 0) return 0;
+  keptOutput() = fdopen(fd, "w");
+  return keptOutput() ? 1 : 0;
 }
 
 int File::setShare(int share) {

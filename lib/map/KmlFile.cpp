@@ -24,6 +24,11 @@ std::string_view view(const xmlChar* text) { return text ? reinterpret_cast<cons
 
 }  // namespace
 
+const char* KmlFile::getLibrary() {
+  const XmlLibrary* xml = XmlLibrary::get();
+  return xml ? *xml->version : "";
+}
+
 int KmlFile::open(const char* name, const char* mode) {
   close();
   MapBytes loaded;

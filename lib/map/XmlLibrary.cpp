@@ -11,10 +11,11 @@ namespace {
 std::optional<XmlLibrary> load() {
   const SharedLibrary library({"libxml2.so.2", "libxml2.so.16", "libxml2.so"});
   XmlLibrary x;
-  const bool whole =
-      library.find("xmlReaderForMemory", x.readerForMemory) && library.find("xmlTextReaderRead", x.read) &&
-      library.find("xmlTextReaderNodeType", x.nodeType) && library.find("xmlTextReaderConstLocalName", x.localName) &&
-      library.find("xmlTextReaderConstValue", x.value) && library.find("xmlFreeTextReader", x.freeReader);
+  const bool whole = library.find("xmlReaderForMemory", x.readerForMemory) &&
+                     library.find("xmlTextReaderRead", x.read) && library.find("xmlTextReaderNodeType", x.nodeType) &&
+                     library.find("xmlTextReaderConstLocalName", x.localName) &&
+                     library.find("xmlTextReaderConstValue", x.value) &&
+                     library.find("xmlFreeTextReader", x.freeReader) && library.find("xmlParserVersion", x.version);
   return whole ? std::optional(x) : std::nullopt;
 }
 

@@ -13,6 +13,7 @@ struct XmlLibrary {
   decltype(::xmlTextReaderConstLocalName)* localName = nullptr;
   decltype(::xmlTextReaderConstValue)* value = nullptr;
   decltype(::xmlFreeTextReader)* freeReader = nullptr;
+  const char** version = nullptr;  // "20914" for 2.9.14
 
   /// The functions; null when the library or one of them is missing.
   static const XmlLibrary* get();

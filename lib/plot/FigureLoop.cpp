@@ -168,7 +168,7 @@ int Figure::drawFrame(Date& date) {
     }
     item.drawing->setFilename(date, "");
     item.drawing->getDate(data_date);
-    item.drawing->draw(plot);
+    has_drawn |= item.drawing->draw(plot) != 0;
   }
   return endFrame();
 }
@@ -181,7 +181,7 @@ int Figure::drawFrame(const char* fore) {
       continue;
     }
     item.drawing->setForeTime(fore);
-    item.drawing->draw(plot);
+    has_drawn |= item.drawing->draw(plot) != 0;
   }
   return endFrame();
 }

@@ -124,6 +124,14 @@ int Graph::close() {
   return result;
 }
 
+int Graph::discard() {
+  const int result = opened ? device->discard() : 1;
+  device.reset();
+  devtype = NONE;
+  opened = managed = false;
+  return result;
+}
+
 int Graph::manage() {
   if (!device) return 0;
   device->update();

@@ -240,6 +240,8 @@ int Plot::printDrawing() const {
 
 int Plot::close() { return graph.close(); }
 
+int Plot::discard() { return (image_output || graph.isFileDevice()) && graph.discard() ? 1 : 0; }
+
 int Plot::manage() {
   if (image_output && !graph.isFileDevice()) return saveOutput();
   const int result = graph.manage();

@@ -59,6 +59,12 @@ char program[MAX_NAME] = "";
 std::string database;
 std::uint32_t mask = classBits(CLASS_AT_START);
 std::int64_t initTime = Const::MISS;
+Kyv::Error status = Kyv::NOERR;
+
+// From the least to the gravest: what was drawn is worth less than it looks, what was asked for is not there, nothing
+// came of it, the machine failed.
+constexpr Kyv::Error GRAVITY[] = {Kyv::NOERR,    Kyv::NORUN,  Kyv::MISC,   Kyv::NOINPUT, Kyv::NODBASE, Kyv::NOINIT,
+                                  Kyv::BADPARAM, Kyv::NODATA, Kyv::NOFILE, Kyv::NOGRAPH, Kyv::NOWRITE, Kyv::NOMEMORY};
 
 KYV_PRINTF(2, 0) int write(std::FILE* out, const char* format, std::va_list args) {
   if (!format) return 0;
@@ -184,6 +190,24 @@ int Kyv::outDebug(int n, const char* format, ...) {
   va_end(args);
   return result;
 }
+
+int Kyv::note(Error e) {
+  const auto rank = [](Error code) { return std::find(std::begin(GRAVITY), std::end(GRAVITY), code); };
+  if (rank(e) > rank(status)) status = e;
+  return 1;
+}
+
+int Kyv::report(Error e, const char* format, ...) {
+  note(e);
+  if (!checkMessage(CLASS_WARN)) return 1;
+  std::va_list args;
+  va_start(args, format);
+  const int result = write(errorStream(), format, args);
+  va_end(args);
+  return result;
+}
+
+Kyv::Error Kyv::getStatus() { return status; }
 
 int Kyv::print(const char* s) {
   if (!s) return 0;

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "KYV/OwnResrc.h"
 #include "KYV/StrLib.h"
 #include "KYV/String.h"
 
@@ -24,6 +25,7 @@ std::size_t countDashes(std::string_view text) {
 int ResrcCL::rewind() {
   cur = 1;
   position = 0;
+  ended = false;
   return 1;
 }
 
@@ -32,7 +34,9 @@ int ResrcCL::getKeyed(String& name, String& value) {
   value.clear();
   if (cur >= args.getNum()) return -1;
   const std::string_view text = StrLib::valid(args.getString(cur), "");
+  if (ended) return 0;
   if (text == "--") {
+    ended = true;
     ++cur;
     return 1;
   }
@@ -47,7 +51,9 @@ int ResrcCL::getKeyed(String& name, String& value) {
   }
   name.copy(text.data() + dashes);
   const char* next = StrLib::valid(args.getString(cur), "");
-  if (cur < args.getNum() && countDashes(next) == 0) {
+  const bool flag = is_flag && is_flag(name.get());
+  if (cur < args.getNum() && std::string_view(next) != "--" && countDashes(next) == 0 &&
+      (!flag || (*next && OwnResrc::isValue(OwnResrc::Kind::Flag, next)))) {
     value.copy(next);
     ++cur;
   }

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "KYV/DateTool.h"
 #include "KYV/Kyv.h"
+#include "KYV/KyvResrc.h"
+#include "KYV/NearWord.h"
+#include "KYV/OwnResrc.h"
 #include "KYV/Resrc.h"
 #include "KYV/ResrcCL.h"
 #include "KYV/ResrcDBList.h"
@@ -20,6 +24,7 @@ namespace {
 
 // Where resource files are searched when nobody says where.
 constexpr const char* STANDARD_PLACES = ".:/home/kyv/etc:/usr/local/etc/kyv:/usr/local/kyv/etc:/etc/kyv";
+constexpr const char* HERE = ".";
 constexpr int MAX_TAG = 29;    // characters
 constexpr int LIST_DEBUG = 5;  // debug level from which on the store is listed
 
@@ -29,12 +34,50 @@ constexpr const char* NAME_ABBREV = "na";
 constexpr const char* DEFAULT = "default";
 constexpr const char* DEFAULT_ABBREV = "df";
 
-// Calls act(item) for the keyed items, then for the positional ones.
-template <class Act>
-void forEachItem(ResrcDBList& keyed, ResrcDBList& positional, Act act) {
-  for (ResrcDBList* list : {&keyed, &positional}) {
-    for (const ResrcDBItem* item = list->first(); item; item = list->next()) act(*item);
+// What a program accepts.
+struct Accepted {
+  ResrcDBList& keyed;
+  ResrcDBList& positional;
+  ResrcDBList& own;
+
+  // Calls act(item) for the keyed items, then for the positional and the own ones.
+  template <class Act>
+  void forEach(Act act) {
+    for (ResrcDBList* list : {&keyed, &positional, &own}) {
+      for (const ResrcDBItem* item = list->first(); item; item = list->next()) act(*item);
+    }
   }
+};
+
+// Warnings that wait until the message level is known.
+using Warnings = std::vector<std::string>;
+
+// A list of values, one of which would start a command.
+bool beginsPipe(const char* value) {
+  bool first = true;
+  for (const char* c = value; *c; ++c) {
+    if (first && *c == '|') return true;
+    first = *c == ',' || *c == ':' || *c == '\n' || (first && *c == ' ');
+  }
+  return false;
+}
+
+// A value that says where to write: behind the kind of a device, and any but the kind of a picture.
+bool namesOutput(const char* name, const char* value) {
+  const String text(value);
+  if (StrLib::equal(name, "device")) return text.index(',') >= 0 && StrLib::valid(value + text.index(',') + 1);
+  if (!StrLib::equal(name, "output")) return false;
+  return StrLib::valid(value) && !text.iequal("gif") && !text.iequal("png");
+}
+
+// Whether a value may count that stands in a file of the current folder which nobody asked for.
+bool isHarmless(const ResrcFile& file, const char* name, const char* value, Warnings& warnings) {
+  const bool pipe = beginsPipe(value);
+  if (!pipe && !namesOutput(name, value)) return true;
+  warnings.push_back(file.getPlace() + ": " + name + ": a file that is read without being named may not " +
+                     (pipe ? "start a command" : "name an output") + "; the line is ignored (-df " +
+                     file.getPlace().substr(0, file.getPlace().rfind(':')) + " names it)\n");
+  return false;
 }
 
 void setProgram(const Strings& args) {
@@ -45,12 +88,33 @@ void setProgram(const Strings& args) {
   Kyv::setProgramName(prog.get());
 }
 
+// The name under which an option is stored: of the item that has this abbreviation, else of the first whose long name
+// begins with it, first among the keyed ones, then among the own; null where there is none.
+const char* findName(const char* given, Accepted& accepted) {
+  for (ResrcDBList* list : {&accepted.keyed, &accepted.own}) {
+    const ResrcDBItem* found = nullptr;
+    for (const ResrcDBItem* item = list->first(); item; item = list->next()) {
+      const int match = ResrcCL::compare(given, item->name, item->cmdln);
+      if (match == 2) return item->name;
+      if (match == 1 && !found) found = item;
+    }
+    if (found) return found->name;
+  }
+  return nullptr;
+}
+
+// Whether an option is an own one that takes no value.
+bool isOwnFlag(const char* given, Accepted& accepted) {
+  const OwnResrc::Option* option = OwnResrc::find(findName(given, accepted));
+  return option && option->kind == OwnResrc::Kind::Flag;
+}
+
 // Name and files are needed before all other options are read.
-void readNameAndPlaces(const Strings& args) {
+void readNameAndPlaces(const Strings& args, Accepted& accepted) {
   String name;
   String value;
   if (ResrcEnv::get(Kyv::resrc, DEFAULT, nullptr, value)) Kyv::resrc.add(DEFAULT, value.get(), Resrc::ENVIRON);
-  ResrcCL line(args);
+  ResrcCL line(args, [&accepted](const char* given) { return isOwnFlag(given, accepted); });
   for (int found = line.getKeyed(name, value); found >= 0; found = line.getKeyed(name, value)) {
     if (found == 0) {
       line.getPosition(value);
@@ -62,40 +126,68 @@ void readNameAndPlaces(const Strings& args) {
   }
 }
 
-void readFile(ResrcFile& file, const char* path, const char* tag, ResrcDBList& keyed, ResrcDBList& positional) {
+// Whether a name is one of the standard table, of which a program takes some.
+bool isStandard(const char* name) {
+  ResrcDBItem item;
+  return KyvResrc::get(name, item) || StrLib::equal(name, "cur_time");
+}
+
+// A name that nobody reads, and the one that was meant.
+void warnUnknown(const std::string& where, const std::string& name, const char* dash, Accepted& accepted,
+                 Warnings& warnings) {
+  NearWord near(name);
+  accepted.forEach([&](const ResrcDBItem& item) {
+    if (*dash && item.cmdln) near.offer(item.cmdln);
+    near.offer(StrLib::valid(item.name, ""));
+  });
+  warnings.push_back(where + ": no such " + (*dash ? "option" : "resource") + near.question(dash) +
+                     (near.get().empty() ? "; it is ignored\n" : " It is ignored\n"));
+}
+
+// @param unasked  nobody has named the file
+void readFile(ResrcFile& file, const char* path, const char* tag, bool unasked, Accepted& accepted,
+              Warnings& warnings) {
   if (!file.open(path)) return;
   if (*tag && !file.isTag(tag)) file.setTag(tag);
   String entry;
   String value;
   while (file.get(entry, value) > 0) {
     bool matched = false;
-    forEachItem(keyed, positional, [&](const ResrcDBItem& item) {
+    const auto take = [&](const char* name) {
+      if (!unasked || isHarmless(file, name, value.get(), warnings)) Kyv::resrc.add(name, value.get(), Resrc::FILE);
+    };
+    accepted.forEach([&](const ResrcDBItem& item) {
       if (!file.compare(item.name, entry.get())) return;
-      Kyv::resrc.add(item.name, value.get(), Resrc::FILE);
+      take(item.name);
       matched = true;
     });
     if (matched || !file.valid(entry.get())) continue;
     String bare;
     ResrcFile::parseName(entry.get(), bare);
-    Kyv::resrc.add(bare.get(), value.get(), Resrc::FILE);
-  }
-}
-
-// One reader for all: what a file defines, the files behind it know.
-void readFiles(ResrcDBList& keyed, ResrcDBList& positional) {
-  ResrcFile file(Kyv::resrc);
-  char tag[MAX_TAG + 1] = "";
-  for (const std::string& place : splitPlaces(Kyv::resrc.get(DEFAULT, STANDARD_PLACES))) {
-    if (place.starts_with('+')) {
-      StrLib::copy(tag, place.c_str() + 1);
-    } else {
-      readFile(file, place.c_str(), tag, keyed, positional);
+    take(bare.get());
+    const bool directive = bare.iequal("def") || bare.iequal("undef");
+    if (accepted.own.getNum() > 0 && !directive && !isStandard(bare.get())) {
+      warnUnknown(file.getPlace() + ": " + bare.get(), bare.get(), "", accepted, warnings);
     }
   }
 }
 
-void readEnvironment(ResrcDBList& keyed, ResrcDBList& positional) {
-  forEachItem(keyed, positional, [](const ResrcDBItem& item) {
+// One reader for all: what a file defines, the files behind it know.
+void readFiles(Accepted& accepted, Warnings& warnings) {
+  ResrcFile file(Kyv::resrc);
+  char tag[MAX_TAG + 1] = "";
+  const bool standard = !Kyv::resrc.get(DEFAULT);
+  for (const std::string& place : splitPlaces(Kyv::resrc.get(DEFAULT, STANDARD_PLACES))) {
+    if (place.starts_with('+')) {
+      StrLib::copy(tag, place.c_str() + 1);
+    } else {
+      readFile(file, place.c_str(), tag, standard && place == HERE, accepted, warnings);
+    }
+  }
+}
+
+void readEnvironment(Accepted& accepted) {
+  accepted.forEach([](const ResrcDBItem& item) {
     String value;
     if (ResrcEnv::get(Kyv::resrc, item.name, item.env, value)) {
       Kyv::resrc.add(item.name, value.get(), Resrc::ENVIRON);
@@ -110,18 +202,6 @@ bool isReadBefore(const String& name) {
          StrLib::iequal(name.get(), DEFAULT_ABBREV, StrLib::length(DEFAULT_ABBREV));
 }
 
-// The name under which an option is stored: of the item that has this abbreviation, else of the first whose long name
-// begins with it, else its own.
-const char* findName(const String& given, ResrcDBList& keyed) {
-  const ResrcDBItem* found = nullptr;
-  for (const ResrcDBItem* item = keyed.first(); item; item = keyed.next()) {
-    const int match = ResrcCL::compare(given.get(), item->name, item->cmdln);
-    if (match == 2) return item->name;
-    if (match == 1 && !found) found = item;
-  }
-  return found ? found->name : given.get();
-}
-
 void addPositional(int position, const String& value, ResrcDBList& positional) {
   const ResrcDBItem* item = positional.get(std::min(position, positional.getNum() - 1));
   if (!item) return;
@@ -132,17 +212,33 @@ void addPositional(int position, const String& value, ResrcDBList& positional) {
   }
 }
 
-void readCommandLine(const Strings& args, ResrcDBList& keyed, ResrcDBList& positional) {
+void readCommandLine(const Strings& args, Accepted& accepted, Warnings& warnings) {
   String name;
   String value;
-  ResrcCL line(args);
+  ResrcCL line(args, [&accepted](const char* given) { return isOwnFlag(given, accepted); });
   for (int found = line.getKeyed(name, value); found >= 0; found = line.getKeyed(name, value)) {
     if (found == 0) {
       const int position = line.getPosition(value);
-      addPositional(position, value, positional);
+      addPositional(position, value, accepted.positional);
     } else if (name.valid() && !isReadBefore(name)) {
-      Kyv::resrc.add(findName(name, keyed), value.get(), Resrc::CMDLINE);
+      const char* known = findName(name.get(), accepted);
+      Kyv::resrc.add(known ? known : name.get(), value.get(), Resrc::CMDLINE);
+      if (!known && accepted.own.getNum() > 0 && !isStandard(name.get())) {
+        warnUnknown("-" + std::string(name.get()), name.get(), "-", accepted, warnings);
+      }
     }
+  }
+}
+
+// Values of the own options that are none: the option is off.
+void checkOwn(ResrcDBList& own, Warnings& warnings) {
+  for (const ResrcDBItem* item = own.first(); item; item = own.next()) {
+    const char* value = Kyv::resrc.get(item->name);
+    const OwnResrc::Option* option = OwnResrc::find(item->name);
+    if (!value || !option || OwnResrc::isValue(option->kind, value)) continue;
+    warnings.push_back("-" + std::string(item->name) + " " + value + ": not " + OwnResrc::describe(option->kind) +
+                       "; it is ignored\n");
+    Kyv::resrc.add(item->name, "no", Kyv::resrc.getType(item->name));
   }
 }
 
@@ -155,15 +251,30 @@ void printItems(ResrcDBList& list) {
 }  // namespace
 
 int ResrcDB::create(const Strings& args, ResrcDBList& keyed, ResrcDBList& positional) {
+  ResrcDBList none;
+  return create(args, keyed, positional, none);
+}
+
+int ResrcDB::create(const Strings& args, ResrcDBList& keyed, ResrcDBList& positional, ResrcDBList& own) {
+  Accepted accepted{keyed, positional, own};
+  Warnings warnings;
   setProgram(args);
-  readNameAndPlaces(args);
-  readFiles(keyed, positional);
-  readEnvironment(keyed, positional);
-  readCommandLine(args, keyed, positional);
+  readNameAndPlaces(args, accepted);
+  readFiles(accepted, warnings);
+  readEnvironment(accepted);
+  readCommandLine(args, accepted, warnings);
+  checkOwn(own, warnings);
   apply();
   bool listing = false;
   for (int level = LIST_DEBUG; level <= 8; level++) listing = listing || Kyv::isDebug(level);
   if (listing) Kyv::resrc.printAll();
+  for (const std::string& w : warnings) Kyv::report(Kyv::BADPARAM, "%s: %s", Kyv::getProgramName(), w.c_str());
+  return 1;
+}
+
+int ResrcDB::printOwn(ResrcDBList& own) {
+  Kyv::outMessage("Own options...\n");
+  printItems(own);
   return 1;
 }
 

@@ -110,17 +110,23 @@ int ResrcFile::setTag(const char* tag) {
   return 1;
 }
 
+int ResrcFile::openAs(const char* name, bool data) {
+  path_read = name;
+  line_number = 0;
+  return data ? file.openData(name) : file.open(name, "r");
+}
+
 int ResrcFile::open(const char* path) {
   close();
   tooDeep = false;
-  if (!StrLib::valid(path)) return FileTool::isFile(STANDARD_NAMES[0]) ? file.openData(STANDARD_NAMES[0]) : 0;
-  if (!FileTool::isDir(path)) return isEndless(path) ? 0 : file.open(path, "r");
+  if (!StrLib::valid(path)) return FileTool::isFile(STANDARD_NAMES[0]) ? openAs(STANDARD_NAMES[0], true) : 0;
+  if (!FileTool::isDir(path)) return isEndless(path) ? 0 : openAs(path, false);
   for (const char* name : STANDARD_NAMES) {
     String full(path);
     FileTool::addPathDelim(full);
     full.append(name);
     // What somebody left in a directory of the list is read as a file alone: opening a fifo would wait for its writer.
-    if (FileTool::isFile(full.get())) return file.openData(full.get());
+    if (FileTool::isFile(full.get())) return openAs(full.get(), true);
   }
   return 0;
 }
@@ -132,6 +138,7 @@ int ResrcFile::get(String& name, String& value) {
   value.clear();
   String line;
   while (isOpen() && file.getLine(line) > 0) {
+    ++line_number;
     while (line.valid() && (line.view().back() == '\n' || line.view().back() == '\r')) line.chop();
     if (line.getChar(0) == '#') continue;
     Words words = scanWords(line);

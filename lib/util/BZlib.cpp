@@ -54,6 +54,8 @@ BZlib& BZlib::operator=(BZlib&& other) noexcept {
   return *this;
 }
 
+const char* BZlib::getLibrary() { return BZ2_bzlibVersion(); }
+
 int BZlib::init() {
   finish();
   if (!bz) bz = std::make_unique<Stream>();  // was moved from

@@ -51,6 +51,8 @@ Zlib& Zlib::operator=(Zlib&& other) noexcept {
   return *this;
 }
 
+const char* Zlib::getLibrary() { return zlibVersion(); }
+
 int Zlib::init() {
   finish();
   if (!zs) zs = std::make_unique<Stream>();  // was moved from

@@ -45,8 +45,9 @@ TEST(ResrcCL, ReadsKeyedAndPositionalArguments) {
       {"a key is no value", {"-pd", "-ti"}, {"pd=", "ti="}},
       {"nor with two dashes", {"-pd", "--ti", "x"}, {"pd=", "ti=x"}},
       {"key at the end", {"file", "-h"}, {"0:file", "h="}},
-      {"double dash stands for itself", {"--", "a"}, {"=", "0:a"}},
-      {"double dash as a value", {"-ic", "--", "a"}, {"ic=--", "0:a"}},
+      {"a double dash ends the options", {"-a", "--", "-b", "--", "-c=d"}, {"a=", "=", "0:-b", "1:--", "2:-c=d"}},
+      {"flags take an answer alone", {"-strict", "a", "-strict", "no", "--strict=off"},
+       {"strict=", "0:a", "strict=no", "strict=off"}},
       {"positions are counted", {"a", "-k", "v", "b", "-", ""}, {"0:a", "k=v", "1:b", "2:-", "3:"}},
       {"an empty value", {"-k", "", "a"}, {"k=", "0:a"}},
       {"three dashes, bytes beyond ASCII", {"---x", "-\xe9"}, {"0:---x", "1:-\xe9"}},
@@ -55,7 +56,8 @@ TEST(ResrcCL, ReadsKeyedAndPositionalArguments) {
     SCOPED_TRACE(c.what);
     std::vector<const char*> argv = {"radmap"};
     argv.insert(argv.end(), c.args.begin(), c.args.end());
-    ResrcCL line(Strings(static_cast<int>(argv.size()), argv.data()));
+    ResrcCL line(Strings(static_cast<int>(argv.size()), argv.data()),
+                 [](const char* name) { return std::string("strict") == name; });
     EXPECT_EQ(c.read, read(line));
     String value;
     EXPECT_EQ(-1, line.getPosition(value));

@@ -1,0 +1,11 @@
+#ifndef KYV_SRC_VERSION_H
+#define KYV_SRC_VERSION_H
+
+namespace KYV {
+
+/// Prints version, build and the versions of the libraries on standard output. Those that are loaded when they are
+/// needed are loaded for it, or named as missing.
+void printVersion();
+
+}  // namespace KYV
+#endif
