@@ -74,7 +74,8 @@ int FileDevice::openFile() {
   }
   if (!out.open(name, mode)) {
     std::fprintf(stderr, "%s: unable to output to file\n", device);
-    Kyv::report(Kyv::NOWRITE, "%s%s\n", name, out.getReason().get());
+    Kyv::note(Kyv::NOWRITE);
+    if (out.getReason().valid()) Kyv::outWarning("  %s%s\n", name, out.getReason().get());
     return 0;
   }
   text = std::make_unique<TextWriter>(out);

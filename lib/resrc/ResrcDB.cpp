@@ -126,10 +126,13 @@ void readNameAndPlaces(const Strings& args, Accepted& accepted) {
   }
 }
 
-// Whether a name is one of the standard table, of which a program takes some.
+// Read where there is one, though it is no option.
+constexpr const char* CURRENT_TIME = "cur_time";
+
+// Whether a name is one of the standard table, of which a program takes some: files serve several programs.
 bool isStandard(const char* name) {
   ResrcDBItem item;
-  return KyvResrc::get(name, item) || StrLib::equal(name, "cur_time");
+  return KyvResrc::get(name, item) || StrLib::equal(name, CURRENT_TIME);
 }
 
 // A name that nobody reads, and the one that was meant.
@@ -223,7 +226,7 @@ void readCommandLine(const Strings& args, Accepted& accepted, Warnings& warnings
     } else if (name.valid() && !isReadBefore(name)) {
       const char* known = findName(name.get(), accepted);
       Kyv::resrc.add(known ? known : name.get(), value.get(), Resrc::CMDLINE);
-      if (!known && accepted.own.getNum() > 0 && !isStandard(name.get())) {
+      if (!known && accepted.own.getNum() > 0 && !name.equal(CURRENT_TIME)) {
         warnUnknown("-" + std::string(name.get()), name.get(), "-", accepted, warnings);
       }
     }

@@ -71,13 +71,17 @@ TEST_F(FileDevice, OnlyOpenCreatesTheFileAndTheDestructorClosesIt) {
 
 TEST_F(FileDevice, AFileThatCannotBeOpenedIsReported) {
   std::filesystem::create_directory("dir");
-  for (const char* name : {"dir", "/dev/null/x.ps", "|", "+"}) {
+  constexpr const char* CASES[][2] = {{"dir", "  dir: Is a directory\n"},
+                                      {"/dev/null/x.ps", "  /dev/null/x.ps: Not a directory\n"},
+                                      {"|", ""},
+                                      {"+", ""}};
+  for (const auto& [name, reason] : CASES) {
     SCOPED_TRACE(name);
     Postscript ps;
     ps.setParam(name);
     CaptureStderr();
     EXPECT_EQ(0, ps.open());
-    EXPECT_EQ("Postscript: unable to output to file\n", GetCapturedStderr());
+    EXPECT_EQ(std::string("Postscript: unable to output to file\n") + reason, GetCapturedStderr());
     EXPECT_EQ(0, ps.drawLine(1, 0.0f, 0.0f, 1.0f, 1.0f));
   }
 }

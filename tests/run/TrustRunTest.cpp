@@ -1,0 +1,187 @@
+// What a run says of itself: its exit status, outputs that are whole or not there, and words that nobody understands.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "NidsBuilder.h"
+#include "Program.h"
+
+namespace {
+
+// Values of the exit status, as docs/exit-status.md lists them.
+constexpr int NOERR = 0, NOGRAPH = 4, NOFILE = 6, NOWRITE = 8, NODATA = 10, BADPARAM = 11;
+
+class TrustRun : public testing::Test {
+ protected:
+  TrustRun() {
+    NidsBuilder b;
+    b.header(19, 9).location(35.333f, -97.278f).thresholds({0x8000, 5, 10, 15, 20, 25, 30, 35, 40}).param(3, 5);
+    b.radials(230);
+    for (int i = 0; i < 360; ++i) b.radial(static_cast<float>(i), 1.0f, std::vector<NidsBuilder::Run>{{20, 8}});
+    program.write("p.nids", b.bytes());
+    write("text", "no product\n");
+  }
+  void write(const std::string& name, const std::string& text) {
+    program.write(name, std::vector<unsigned char>(text.begin(), text.end()));
+  }
+  // The names in the folder, those that begin with a dot as well.
+  std::vector<std::string> files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(program.path("."))) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  Program program;
+};
+
+TEST_F(TrustRun, TheStatusTellsTheGravestFailure) {
+  const struct {
+    const char* what;
+    const char* arguments;
+    int status;
+  } CASES[] = {
+      {"a picture", "-ou a.png p.nids", NOERR},
+      {"a page", "-de postscript,a.ps p.nids", NOERR},
+      {"help", "-h", NOERR},
+      {"an unknown option", "-ou a.png -nosuch 5 p.nids", BADPARAM},
+      {"a bad value", "-ou a.png -mx soon p.nids", BADPARAM},
+      {"a missing file", "-ou a.png gone.nids", NOFILE},
+      {"a folder", "-ou a.png .", NOFILE},
+      {"nothing found", "-ou a.png -id ktlx -ty n0q", NOFILE},
+      {"no product", "-ou a.png text", NODATA},
+      {"one of several", "-ou a.gif p.nids gone.nids p.nids", NOFILE},
+      {"no display", "p.nids", NOGRAPH},
+      {"an unknown device", "-de nosuch p.nids", NOGRAPH},
+      {"a full disk", "-ou png:/dev/full p.nids", NOWRITE},
+      {"a page on a full disk", "-de postscript,/dev/full p.nids", NOWRITE},
+      {"no such folder to make", "-ou text/a.png p.nids", NOWRITE},
+      {"a command that fails", "-de 'postscript,|exit 3' p.nids", NOWRITE},
+  };
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(c.what);
+    const Program::Result r = program.run(std::string("-strict ") + c.arguments);
+    EXPECT_EQ(c.status, r.status) << r.output;
+    EXPECT_EQ(0, program.run(c.arguments).status) << "without being asked for";
+  }
+  // The environment and resource files ask for it as well.
+  EXPECT_EQ(NOFILE, program.run("-ou a.png gone.nids", "kyv_radmap_strict=yes").status);
+  EXPECT_EQ(NOERR, program.run("-strict no -ou a.png gone.nids", "kyv_radmap_strict=yes").status);
+  write("kyv.cfg", "*.strict: yes\n");
+  EXPECT_EQ(NOFILE, program.run("-ou a.png gone.nids").status);
+}
+
+TEST_F(TrustRun, OutputsAreWholeOrStayAsTheyWere) {
+  write("old.png", "old");
+  write("old.ps", "old");
+  const std::vector<std::string> before = files();
+  const struct {
+    const char* what;
+    const char* command;
+  } CASES[] = {
+      {"a missing product", "-ou old.png gone.nids"},
+      {"a missing product on a page", "-de postscript,old.ps gone.nids"},
+      {"no product", "-ou old.png text"},
+      {"a disk that is full", "-ou old.png p.nids"},
+      {"a disk that is full under a page", "-de postscript,old.ps p.nids"},
+      {"a bad option", "-strict -nosuch -ou old.png p.nids"},
+  };
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(c.what);
+    // One block: less than any picture, more than any message.
+    const bool full = std::string(c.what).find("full") != std::string::npos;
+    program.run(c.command, full ? "sh -c 'ulimit -f 1; exec \"$0\" \"$@\"'" : "");
+    EXPECT_EQ("old", program.read("old.png"));
+    EXPECT_EQ("old", program.read("old.ps"));
+    EXPECT_EQ(before, files());
+  }
+  // The input of the run is not replaced, whatever its name.
+  const std::string product = program.read("p.nids");
+  ASSERT_EQ(0, symlink("p.nids", program.path("link").c_str()));
+  EXPECT_EQ(NOWRITE, program.run("-strict -ou png:link p.nids").status);
+  EXPECT_TRUE(product == program.read("p.nids"));
+}
+
+TEST_F(TrustRun, ASignalLeavesNothingBehind) {
+  write("old.ps", "old");
+  mkfifo(program.path("never").c_str(), 0600);
+  const std::vector<std::string> before = files();
+  for (const char* signal : {"INT", "TERM", "HUP", "PIPE"}) {
+    SCOPED_TRACE(signal);
+    // The page is begun, the product never comes.
+    program.run("",
+                "sh -c '\"$0\" -pd us -de postscript,old.ps - < never & sleep 9 > never & hold=$!;"
+                " while [ $(ls -A | wc -l) -lt " +
+                    std::to_string(before.size() + 1) +
+                    " ]; do sleep 0.02; done;"
+                    " kill -" +
+                    signal + " %1 2>/dev/null || kill -" + signal + " $(jobs -p | head -1); sleep 0.1; kill $hold'");
+    EXPECT_EQ("old", program.read("old.ps"));
+    EXPECT_EQ(before, files());
+  }
+}
+
+TEST_F(TrustRun, ManyRunsIntoOneNameLeaveOneWholeFile) {
+  ASSERT_EQ(0, program.run("-ou one.png p.nids").status);
+  const std::string one = program.read("one.png");
+  program.run("",
+              "sh -c 'for i in 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20; do \"$0\" -ou many.png p.nids & "
+              "done; wait'");
+  EXPECT_TRUE(one == program.read("many.png"));
+  EXPECT_EQ((std::vector<std::string>{"many.png", "one.png", "p.nids", "text"}), files());
+}
+
+TEST_F(TrustRun, APlotHasStandardOutputForItself) {
+  program.run("", "sh -c '\"$0\" -ou png:- p.nids > a.png 2> said'");
+  program.run("-ou b.png p.nids");
+  EXPECT_TRUE(program.read("a.png") == program.read("b.png"));
+  EXPECT_NE(std::string::npos, program.read("said").find("NIDS RADAR PLOTTER"));
+  program.run("", "sh -c '\"$0\" -de postscript,- p.nids > a.ps 2> said'");
+  EXPECT_EQ(0u, program.read("a.ps").find("%!PS"));
+}
+
+TEST_F(TrustRun, UnknownNamesAreSaidWithTheOneThatWasMeant) {
+  const struct {
+    const char* arguments;
+    const char* said;
+  } CASES[] = {
+      {"-strct", "-strct: no such option; did you mean -strict?"},
+      {"--geometri=9x9", "-geometri: no such option; did you mean -geometry?"},
+      {"-zzz 5", "-zzz: no such option; it is ignored"},
+      {"-mx 2y", "-max_age 2y: not minutes"},
+      {"-df kyv.res", "kyv.res:2: titel: no such resource; did you mean title?"},
+  };
+  write("kyv.res", "# a comment\n*.titel: Map\nother.thing: 5\n*.title: Map\n");
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(c.arguments);
+    const Program::Result r = program.run(std::string("-ou a.png ") + c.arguments + " -- p.nids");
+    EXPECT_NE(std::string::npos, r.output.find(c.said)) << r.output;
+    EXPECT_TRUE(std::filesystem::exists(program.path("a.png")));
+  }
+  const std::string quiet = program.run("-ou a.png -cur_time=1700000000 --ti x -pd=us -- p.nids").output;
+  EXPECT_EQ(std::string::npos, quiet.find("no such")) << quiet;
+  write("-x.nids", program.read("p.nids"));
+  EXPECT_EQ(0, program.run("-strict -ou b.png -- -x.nids").status) << "a name that looks like an option";
+}
+
+TEST_F(TrustRun, FilesThatNobodyNamedNeitherRunNorWrite) {
+  write("kyv.cfg",
+        "*.filename: \"|touch pwned\"\n*.device: \"postscript,evil.ps\"\n*.output: evil.png\n*.title: Mine\n");
+  const std::string said = program.run("-ou a.png p.nids").output;
+  EXPECT_NE(std::string::npos, said.find("./kyv.cfg:1: filename:")) << said;
+  program.run("p.nids");
+  program.run("");
+  EXPECT_EQ((std::vector<std::string>{"a.png", "kyv.cfg", "p.nids", "text"}), files());
+  // Named, the file may.
+  program.run("-df kyv.cfg p.nids");
+  EXPECT_TRUE(std::filesystem::exists(program.path("evil.ps")));
+}
+
+}  // namespace
