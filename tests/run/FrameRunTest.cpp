@@ -106,6 +106,7 @@ TEST_F(FrameRun, TheFileOfATimeIsFoundAndDrawn) {
   };
   for (const Case& c : CASES) {
     SCOPED_TRACE(c.current);
+    std::filesystem::remove(program.path("loop.ps"));
     const Program::Result r = run("-id ktlx -ty n0r -if cloud -cu " + std::string(c.current));
     EXPECT_EQ(0, r.status);
     EXPECT_EQ(c.bins, countBins(program.read("loop.ps")));
@@ -157,6 +158,7 @@ TEST_F(FrameRun, NamesThatLookLikeTimesAreFilesWhereNoFileIsOfThatTime) {
   for (const Case& c : CASES) {
     SCOPED_TRACE(c.spec);
     for (const auto& [station, bins] : {std::pair("tlx", c.found), std::pair("fdr", c.named)}) {
+      std::filesystem::remove(program.path("loop.ps"));
       const Program::Result r = run(std::string("-if cloud -ty n0r ") + c.spec + " -id " + station);
       EXPECT_EQ(bins, countBins(program.read("loop.ps")));
       EXPECT_EQ(bins == 0, r.output.find("No file found") != std::string::npos) << r.output;
