@@ -5,8 +5,11 @@
 
 #include "KYV/CityData.h"
 #include "KYV/CityTool.h"
+#include "KYV/DateTool.h"
 #include "KYV/Kyv.h"
 #include "KYV/MapPlot.h"
+#include "KYV/NidsDamage.h"
+#include "KYV/OwnResrc.h"
 #include "KYV/ParamTable.h"
 #include "KYV/Plot.h"
 
@@ -263,7 +266,45 @@ int RadMap::draw(Plot& surface) {
   if (maps) drawMap(surface, "default");
   drawData(surface);
   if (maps) drawMap(surface, "over,nolalo");
+  tellDamage(surface);
+  tellAge(surface);
   return 1;
+}
+
+// What the picture lacks is said, and shown on it.
+void RadMap::tellDamage(Plot& surface) {
+  if (nids->isEncrypted()) {
+    Kyv::note(Kyv::NODATA);
+    surface.addNotice("NO DATA: encrypted");
+    return;
+  }
+  NidsDamage damage;
+  if (!nids->getDamage(damage)) return;
+  Kyv::report(damage.empty ? Kyv::NODATA : Kyv::NOINPUT, "%s %s; what was read is drawn\n", file.getName(),
+              damage.toText().get());
+  surface.addNotice(damage.toLabel().get());
+}
+
+// Data older than the user takes for present are marked with their age.
+void RadMap::tellAge(Plot& surface) {
+  constexpr long MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
+  constexpr struct {
+    long seconds;
+    const char* name;
+  } UNITS[] = {{DAY, "DAYS"}, {HOUR, "H"}, {MINUTE, "MIN"}};
+  const char* limit = Kyv::resrc.get("max_age");
+  const int minutes = limit ? OwnResrc::getMinutes(limit) : Const::MISS;
+  Date now;
+  if (Const::isMissing(minutes) || !info.date.isSet() || !DateTool::getNow(now)) return;
+  const long age = now.secs - info.date.secs;
+  if (age <= MINUTE * minutes) return;
+  // Two of a unit at least, so that no more than a third of the age is rounded off.
+  const auto* unit = UNITS;
+  while (unit != std::end(UNITS) - 1 && age < 2 * unit->seconds) ++unit;
+  char text[60];
+  StrLib::printf(text, "DATA %ld %s OLD", age / unit->seconds, unit->name);
+  Kyv::report(Kyv::MISC, "%s: %s, more than max_age %s\n", file.getName(), text, limit);
+  surface.addNotice(text);
 }
 
 void RadMap::callback(const char* name, const char* value, const void*) {

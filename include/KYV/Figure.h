@@ -109,7 +109,7 @@ class Figure : public Listener {
   int step = -1;                   // seconds; -1: ask the layers
   int border = 1;
   bool has_drawn = false;  // any layer, anything
-  int redraw_depth = 0;  // above 0 while a redraw runs
+  int redraw_depth = 0;    // above 0 while a redraw runs
   int num_redraw = 0;
   int refresh = 0;                // seconds between looks for new data, 0: none
   std::int64_t last_refresh = 0;  // seconds since 1970

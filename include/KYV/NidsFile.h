@@ -7,6 +7,7 @@
 
 #include "KYV/BZlib.h"
 #include "KYV/Buffer.h"
+#include "KYV/Const.h"
 #include "KYV/Date.h"
 #include "KYV/DomainVal.h"
 #include "KYV/StrLib.h"
@@ -14,6 +15,7 @@
 
 namespace KYV {
 
+struct NidsDamage;
 struct NidsData;
 struct NidsInfo;
 struct NidsPacket;
@@ -153,7 +155,16 @@ class NidsFile {
   /// that of readData(). 1, with what could be decoded; 0 for another packet or component, d's array is then as it was.
   int readGeneric(NidsData& d);
 
+  /// Whether the body is encrypted, so that nothing of it can be read.
+  bool isEncrypted() const { return data_type == ENCRYPTED; }
+  /// Reads what is left, and tells what the product promised and the file did not hold; false for a whole product.
+  /// After the packets: the image that readData() delivered counts.
+  bool getDamage(NidsDamage& d);
+
  private:
+  enum DataType { PLAIN = 0, ENCRYPTED = 2, BZIP2 = 3 };
+  bool endsFrame(std::int64_t size);
+  void noteImage(int got, int wanted, bool rows);
   KYV_PRINTF(2, 3) void warn(const char* format, ...) const;
   // Bytes.
   bool isZlibSegment() const;
@@ -194,11 +205,11 @@ class NidsFile {
   mutable bool kept_quiet = false;
   DomainVal dom;
   Date date;
-  int seg_type = 0;   // kind of the last raw segment: 0 plain, 1 zlib
-  int data_type = 0;  // 0 plain, 2 encrypted, 3 bzip2
-  Buffer raw;         // bytes just read from the file
-  Buffer in;          // plain or inflated bytes
-  Buffer out;         // bzip2 output
+  int seg_type = 0;  // kind of the last raw segment: 0 plain, 1 zlib
+  int data_type = PLAIN;
+  Buffer raw;  // bytes just read from the file
+  Buffer in;   // plain or inflated bytes
+  Buffer out;  // bzip2 output
   Zlib zs;
   BZlib bz;
   int code = 0;
@@ -262,6 +273,14 @@ class NidsFile {
   bool text_pending = false;        // the current text has not been read
   int layer_end = 0;                // where the layer ends, as `total`; 0: not known
   bool layer_done = false;          // the layer's end has been passed
+  bool unpacking = false;           // a bzip2 stream has begun and not ended
+  bool framed = false;              // the message lies in a broadcast frame
+  std::int64_t message_start = 0;   // byte of the file, of a message that is no zlib stream
+  int packets = 0;                  // heads of packets that were read
+  int image_got = 0;                // radials or rows of the image, whole ones and those that it claims
+  int image_wanted = 0;
+  bool image_rows = false;
+  float bad_angle = Const::MISS;  // of the radial at which an image stops
 };
 
 }  // namespace KYV

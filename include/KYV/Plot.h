@@ -242,6 +242,8 @@ class Plot : public Listener {
   static int getLabelPosIndex(const char* pos);
   /// Replaces '_' and the '%' escapes; at most max - 1 characters.
   int formatLabel(const char* format, char* out, int max) const;
+  /// A line that stands out over the map of this frame, whatever else is drawn: what the picture lacks.
+  int addNotice(const char* text) { return notices.emplace_back(text), 1; }
   int printLabels() const;
   int clearLabels();
   int drawLabels();
@@ -327,6 +329,7 @@ class Plot : public Listener {
   float labelSpace(const Rect& view) const;
   LabelBand labelBand() const;
   void addUserLabels();
+  void drawNotices();
   void drawLabel(const Label& label, const PlotAttr& attr, const LabelBand& band);
 
   Graph graph;
@@ -349,6 +352,7 @@ class Plot : public Listener {
   int text_index = Const::MISS;
   int mark_index = Const::MISS;
   std::vector<Label> labels;
+  std::vector<String> notices;
   char label_format[100] = "";
   ColorBar bar;
   int bar_on = 0;

@@ -85,6 +85,8 @@ class RadMap : public Drawing, public Listener {
   void drawPages(Plot& surface, const PlotAttr& attr);
   void drawShapes(Plot& surface);
   void drawVariableLabels(Plot& surface);
+  void tellDamage(Plot& surface);
+  void tellAge(Plot& surface);
   void drawMap(Plot& surface, const char* layer);
   PlotAttr getDataAttr(Plot& surface) const;
   void setLabels(Plot& surface);

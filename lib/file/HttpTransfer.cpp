@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -14,8 +15,15 @@ namespace KYV {
 
 namespace {
 
-constexpr long CONNECT_SECONDS = 10;
-constexpr long TOTAL_SECONDS = 300;
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+constexpr milliseconds CONNECT_TIME = seconds(10);
+// All transfers of a run together; net_time sets another.
+constexpr seconds RUN_TIME(30);
+// A window rests that long between two looks for new data at least: each has its own time.
+constexpr seconds REST(5);
 // Slower than this for so long counts as a stall.
 constexpr long STALL_BYTES = 100;
 constexpr long STALL_SECONDS = 30;
@@ -38,6 +46,25 @@ std::int64_t toNumber(std::string_view text) {
   return result.ec == std::errc() && value >= 0 ? value : -1;
 }
 
+// The time that all transfers of the process share, so that a server without an answer is waited for once.
+struct Allowance {
+  Clock::time_point end;   // of the time, once a transfer has begun
+  Clock::time_point last;  // when it was last made use of
+  bool told = false;       // that it is over
+
+  milliseconds getRest() {
+    const Clock::time_point now = Clock::now();
+    if (end == Clock::time_point() || now - last > REST) {
+      const char* text = Kyv::resrc.get("net_time");
+      end = now + (text && toNumber(text) > 0 ? seconds(std::min(toNumber(text), std::int64_t{86400})) : RUN_TIME);
+      told = false;
+    }
+    last = now;
+    return std::max(milliseconds(0), std::chrono::duration_cast<milliseconds>(end - now));
+  }
+};
+Allowance allowance;
+
 }  // namespace
 
 HttpTransfer::~HttpTransfer() {
@@ -47,6 +74,13 @@ HttpTransfer::~HttpTransfer() {
 }
 
 bool HttpTransfer::start(const char* url, Sink sink) {
+  const milliseconds rest = allowance.getRest();
+  if (rest == milliseconds(0)) {
+    if (!std::exchange(allowance.told, true)) {
+      Kyv::report(Kyv::NOFILE, "%s: no time left for transfers; more with -nt SECONDS\n", url);
+    }
+    return false;
+  }
   take = std::move(sink);
   curl = CurlLibrary::get();
   if (!curl) return false;
@@ -63,8 +97,8 @@ bool HttpTransfer::start(const char* url, Sink sink) {
   set(easy, CURLOPT_PROTOCOLS_STR, "http");
   set(easy, CURLOPT_FOLLOWLOCATION, 0L);
   set(easy, CURLOPT_PROXY, "");  // also hides the proxies of the environment
-  set(easy, CURLOPT_CONNECTTIMEOUT, CONNECT_SECONDS);
-  set(easy, CURLOPT_TIMEOUT, TOTAL_SECONDS);
+  set(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(std::min(CONNECT_TIME, rest).count()));
+  set(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(rest.count()));
   set(easy, CURLOPT_LOW_SPEED_LIMIT, STALL_BYTES);
   set(easy, CURLOPT_LOW_SPEED_TIME, STALL_SECONDS);
   running = curl->multiAdd(multi, easy) == CURLM_OK;
@@ -73,6 +107,7 @@ bool HttpTransfer::start(const char* url, Sink sink) {
 
 bool HttpTransfer::perform(const char* tag) {
   if (!running) return false;
+  allowance.last = Clock::now();
   int handles = 0;
   const CURLMcode code = curl->multiPerform(multi, &handles);
   Kyv::outDebug(5, "%s-mp: %d %d\n", tag, static_cast<int>(code), handles);

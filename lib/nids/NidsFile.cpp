@@ -23,7 +23,6 @@ constexpr int MAX_WARNING = 1000;      // characters
 constexpr int MAX_LINE = 4096;         // of a heading
 constexpr int MAX_EMPTY_STREAMS = 16;  // zlib streams without content, one after another
 enum SegmentType { PLAIN_SEGMENT = 0, ZLIB_SEGMENT = 1 };
-enum DataType { PLAIN = 0, ENCRYPTED = 2, BZIP2 = 3 };
 
 }  // namespace
 
@@ -46,6 +45,10 @@ int NidsFile::init() {
   pk_code = 0;
   layer_end = 0;
   layer_done = false;
+  unpacking = framed = image_rows = false;
+  message_start = 0;
+  packets = image_got = image_wanted = 0;
+  bad_angle = Const::MISS;
   raw.init(SEGMENT);
   in.init(SEGMENT);
   out.init(BZIP2_OUTPUT);
@@ -130,7 +133,6 @@ void NidsFile::warn(const char* format, ...) const {
 }
 
 int NidsFile::reportDamage() {
-  if (!damaged) warn("NidsFile: %s is damaged, what was read before the damage is kept\n", file->getName());
   damaged = true;
   return 0;
 }
@@ -155,6 +157,7 @@ int NidsFile::checkMarkers() {
     data_type = BZIP2;
     bz.init();
     out.clear();
+    unpacking = true;
   }
   return 1;
 }
@@ -164,14 +167,24 @@ int NidsFile::decompress() {
   out.clear();
   if (bz.getStatus() == BZlib::END) {
     data_type = PLAIN;
+    unpacking = false;
     return 0;
   }
+  const bool first = bz.getStatus() == BZlib::OK && total <= DESCRIPTION_END;
   while (out.getAvail() == 0) {
     if (in.getAvail() == 0 && readRaw() <= 0) return 0;
     bz.decomp(in, out);
     if (Kyv::isDebug(3)) bz.print();
     if (bz.isError()) return reportDamage();
     if (bz.getStatus() == BZlib::END) break;
+  }
+  if (bz.getStatus() == BZlib::END) unpacking = false;
+  // The mark of encryption, where the body begins.
+  if (first && out.get(0) == 0x52 && out.get(1) == 0x33) {
+    Kyv::outDebug("Encrypted data\n");
+    data_type = ENCRYPTED;
+    unpacking = false;
+    return 0;
   }
   return out.getAvail() > 0;
 }

@@ -13,6 +13,7 @@
 #include "KYV/NidsFile.h"
 #include "NidsLimits.h"
 #include "NidsRead.h"
+#include "NidsSource.h"
 #include "ProductTable.h"
 #include "RadialArray.h"
 
@@ -128,7 +129,8 @@ int NidsFile::readGeneric(NidsData& d) {
 
   describe(d);
   std::optional<RadialArray> array;
-  for (int n = 0; n < radials; n++) {
+  int n = 0;
+  for (; n < radials; n++) {
     const float start = xdr.real();
     xdr.skip(2);  // elevation, width
     const int bins = xdr.count(MAX_BINS);
@@ -141,7 +143,8 @@ int NidsFile::readGeneric(NidsData& d) {
       array.emplace(d);
     }
     if (!RadialArray::isAzimuth(start)) {
-      warn("NidsFile::readGeneric bad radial angle: %.2f\n", start);
+      warn("%s: a radial of %.2f degrees cannot be\n", file->getName(), static_cast<double>(start));
+      bad_angle = start;
       break;
     }
     line.resize(static_cast<std::size_t>(bins) * WORD);
@@ -150,6 +153,7 @@ int NidsFile::readGeneric(NidsData& d) {
     const std::size_t kept = std::min(to.size(), static_cast<std::size_t>(bins));
     for (std::size_t i = 0; i < kept; i++) to[i] = value(Xdr::toWord(&line[i * WORD]));
   }
+  if (array) noteImage(n, radials, false);
   return array ? 1 : 0;
 }
 

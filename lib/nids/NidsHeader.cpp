@@ -23,8 +23,9 @@ namespace {
 constexpr float FEET = 0.3048f;  // international foot in metres; heights are sent in feet
 constexpr float KNOTS = 1.944f;  // metres per second to knots
 constexpr float THOUSANDTHS = 1000.0f;
-constexpr int DAY = 86400;         // seconds
-constexpr int CONTROL_BLOCK = 24;  // bytes of the block 40 0C in front of a heading
+constexpr int DAY = 86400;                                    // seconds
+constexpr std::int64_t FIRST_SCAN = std::int64_t{365} * DAY;  // within 1970 there was no radar of this kind
+constexpr int CONTROL_BLOCK = 24;                             // bytes of the block 40 0C in front of a heading
 constexpr int EMBEDDED_REST = 52;  // control block and heading repeated inside zlib data, less the code's two bytes
 constexpr int HEADING_PEEK = 80;   // a heading's line is shorter
 constexpr float UNIT_KM = 100.0f;  // plot units
@@ -103,6 +104,7 @@ int NidsFile::skipHeading() {
   int lines = 2;
   if (starts(0x01, 0x0D)) {
     lines = 4;  // broadcast frame: its start, a sequence number, the heading
+    framed = true;
   } else if (starts(0x40, 0x0C)) {
     // Control block: binary, its bytes may look like line ends.
     if (std::all_of(&head[CONTROL_BLOCK], &head[CONTROL_BLOCK + 4], isLetter)) file->seek(file->tell() + CONTROL_BLOCK);
@@ -129,6 +131,7 @@ int NidsFile::messHeader() {
   body_start = true;
   if (heading == 0) {
     unsigned char b[2] = {};
+    message_start = file->tell();
     if (file->read(b, 2) < 1) return 0;
     halfword = static_cast<short>(b[0] << 8 | b[1]);
     bytes = total = 2;  // offsets count from the code
@@ -141,6 +144,7 @@ int NidsFile::messHeader() {
       bytes = total = 0;
       if (readShort(halfword) != 1) return 0;
     }
+    message_start = file->tell() - raw.getAvail() - in.getAvail() - total;
   }
   code = halfword;
 
@@ -304,7 +308,7 @@ int NidsFile::reportOther() {
     if (heading && text) what = "a free text message";
   }
   if (!what) return 0;
-  warn("NidsFile: %s is %s, not a radar product\n", file->getName(), what);
+  warn("%s is %s, not a radar product\n", file->getName(), what);
   return 1;
 }
 
@@ -312,8 +316,7 @@ int NidsFile::readHeader(NidsInfo& info) {
   if (!opened) return 0;
   file->seek(0);
   if (!messHeader()) {
-    warn(data_type == 2 ? "NidsFile: %s is encrypted and cannot be read\n" : "NidsFile: %s is no NIDS product\n",
-         file->getName());
+    warn(data_type == ENCRYPTED ? "%s is encrypted and cannot be read\n" : "%s is no NIDS product\n", file->getName());
     return 0;
   }
   const std::int64_t here = file->tell();
@@ -322,11 +325,11 @@ int NidsFile::readHeader(NidsInfo& info) {
   const int described = readDescription();
   // With a wrong divider the rest is read as it comes, as long as it can be a product at all.
   if (code <= 0 || (described != 1 && code > MAX_CODE)) {
-    warn("NidsFile: %s is no NIDS product\n", file->getName());
+    warn("%s is no NIDS product\n", file->getName());
     return 0;
   }
   if (described < 0) {
-    warn("NidsFile: %s is cut off within its header\n", file->getName());
+    warn("%s is cut off within its header\n", file->getName());
     return 0;
   }
   findPackets();
@@ -353,6 +356,10 @@ int NidsFile::readHeader(NidsInfo& info) {
   std::copy(std::begin(thres), std::end(thres), info.thres);
   setInfo(info.info);
   setMisc(info.misc);
+  if (vol_date < FIRST_SCAN && prod_date >= FIRST_SCAN) {
+    warn("%s: the date of its scan cannot be, that of its generation is shown\n", file->getName());
+    vol_date = prod_date;
+  }
   date.set(static_cast<long>(vol_date));
   info.date = date;
   info.prod_date = toSeconds(prod_date);
@@ -375,7 +382,7 @@ void NidsFile::findPackets() {
   }
   prodSymbLayer();
   readPacket();
-  if (data_type == 2) warn("NidsFile: %s is encrypted and cannot be read\n", file->getName());
+  if (data_type == ENCRYPTED) warn("%s is encrypted and cannot be read\n", file->getName());
 }
 
 void NidsFile::setGeometry() {

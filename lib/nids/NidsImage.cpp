@@ -114,10 +114,13 @@ void NidsFile::readRadials(NidsData& d) {
   Values values;
   for (int level = 0; level < LEVELS; level++) values[static_cast<std::size_t>(level)] = levelValue(level);
   NidsRadial radial;
-  for (int n = 0; n < MAX_RADIALS && readRadial(radial) > 0; n++) {
+  const int wanted = std::min(nrad, MAX_RADIALS);
+  int n = 0;
+  for (; n < MAX_RADIALS && readRadial(radial) > 0; n++) {
     if (!RadialArray::isAzimuth(radial.ang0)) {
       warn("NidsFile::readData bad radial angle: %.2f\n", radial.ang0);
-      return;
+      bad_angle = radial.ang0;
+      break;
     }
     const std::span<float> bins = array.next(radial.ang0);
     const int got = fetchLine();
@@ -127,8 +130,9 @@ void NidsFile::readRadials(NidsData& d) {
     } else {
       decodeBytes(encoded, bins, values);
     }
-    if (got < len) return;
+    if (got < len) break;
   }
+  noteImage(n, wanted, false);
 }
 
 // A grid that is larger than any of the feed is believed only when its rows can be there: two bytes are the least of a
@@ -137,7 +141,7 @@ bool NidsFile::canHoldGrid() {
   if (nx <= LARGE_GRID || data_type != 0 || seg_type != 0) return true;
   const std::int64_t rest = file->getRest() + raw.getAvail() + in.getAvail();
   if (rest / 2 >= nx) return true;
-  warn("NidsFile: %s claims a grid of %d cells, more than its data can hold\n", file->getName(), nx);
+  warn("%s claims a grid of %d cells, more than its data can hold\n", file->getName(), nx);
   return false;
 }
 
@@ -156,7 +160,9 @@ void NidsFile::readRows(NidsData& d) {
 
   Values values;
   for (int level = 0; level < LEVELS; level++) values[static_cast<std::size_t>(level)] = levelValue(level);
-  for (std::size_t r = 0; r < width && readRastor() > 0; r++) {
+  const int wanted = std::min(nrow, nx);
+  std::size_t r = 0;
+  for (; r < width && readRastor() > 0; r++) {
     const int got = fetchLine();
     const Bytes encoded(line.data(), static_cast<std::size_t>(got));
     const std::span<float> cells = all.subspan(r * width, width);
@@ -167,8 +173,9 @@ void NidsFile::readRows(NidsData& d) {
     } else {
       decodeNibbles(encoded, cells, values);
     }
-    if (got < len) return;
+    if (got < len) break;
   }
+  noteImage(static_cast<int>(r), wanted, true);
 }
 
 }  // namespace KYV

@@ -27,7 +27,7 @@ int NidsFile::symbologyBlock(bool asked) {
   if (!opened) return 0;
   short divider = 0;
   if (readShort(divider) != 1 || divider != DIVIDER) {
-    if (asked) warn("No divider in symbology block\n");
+    if (asked && data_type != ENCRYPTED) warn("No divider in symbology block\n");
     return 0;
   }
   short id = 0;
@@ -83,7 +83,7 @@ int NidsFile::skipRest() {
 // A count that the file claims, kept within what a product can have.
 int NidsFile::clampCount(int count, int limit, const char* what) {
   if (count <= limit) return count;
-  warn("NidsFile: %s claims %d %s, %d are read\n", file->getName(), count, what, limit);
+  warn("%s claims %d %s, %d are read\n", file->getName(), count, what, limit);
   return limit;
 }
 
@@ -108,6 +108,7 @@ int NidsFile::readPacket() {
     return 0;
   }
   Kyv::outDebug(3, "%s", packet->name);
+  ++packets;
   len = num = val = 0;
   row = col = rad = nrad = nrow = 0;
   return readPacketHead(*packet) ? pk_code : -1;

@@ -26,6 +26,7 @@ constexpr int MAX_MEMBERS = 1000;  // streams one after another in a wrapped fil
 struct Kept {
   String name;
   std::shared_ptr<const Content> content;
+  bool cut = false;
 };
 Kept& kept() {
   static Kept last;
@@ -93,14 +94,11 @@ int unwrapBzip2(Content& from, Content& to) {
 }
 
 // The content itself, or what it holds when it is wrapped as a whole.
-Content unwrap(Content bytes, const char* name) {
+Content unwrap(Content bytes, bool& cut) {
+  cut = false;
   if (!isWrapped(bytes)) return bytes;
   Content to;
-  const int whole = isGzip(bytes) ? unwrapGzip(bytes, to) : unwrapBzip2(bytes, to);
-  if (!whole) {
-    Kyv::outWarning("NidsFile: %s is damaged or cut off, %d bytes could be unpacked\n", name,
-                    static_cast<int>(to.size()));
-  }
+  cut = !(isGzip(bytes) ? unwrapGzip(bytes, to) : unwrapBzip2(bytes, to));
   return to;
 }
 
@@ -123,6 +121,7 @@ int NidsSource::close() {
   file.close();
   content.reset();
   at = 0;
+  cut = false;
   return 1;
 }
 
@@ -132,9 +131,13 @@ int NidsSource::openKept() {
     if (!file.open(name, "r")) return 0;
     Content bytes = readAll(file);
     file.close();
-    last = {name, std::make_shared<const Content>(unwrap(std::move(bytes), name.get()))};
+    bool isCut = false;
+    last.content = std::make_shared<const Content>(unwrap(std::move(bytes), isCut));
+    last.name = name;
+    last.cut = isCut;
   }
   content = last.content;
+  cut = last.cut;
   return 1;
 }
 
@@ -145,7 +148,7 @@ int NidsSource::unwrapFile() {
   if (!isWrapped(head)) return 1;
   Content bytes = readAll(file);
   file.close();
-  content = std::make_shared<const Content>(unwrap(std::move(bytes), name.get()));
+  content = std::make_shared<const Content>(unwrap(std::move(bytes), cut));
   return 1;
 }
 

@@ -28,6 +28,8 @@ class NidsSource {
   int read(Buffer& buffer);
   int seek(std::int64_t to);
   std::int64_t tell();
+  // Whether a wrapping by gzip or bzip2 has no end.
+  bool isCut() const { return cut; }
   // Bytes that are still to be read.
   std::int64_t getRest();
 
@@ -42,6 +44,7 @@ class NidsSource {
   File file;
   std::shared_ptr<const Content> content;  // null: read from the file
   std::size_t at = 0;                      // in the content
+  bool cut = false;
 };
 
 }  // namespace KYV

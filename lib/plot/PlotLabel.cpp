@@ -149,6 +149,7 @@ int Plot::clearLabels() {
 // The labels and the colour bar belong to the panel or frame that has been left.
 void Plot::dropLabels() {
   labels.clear();
+  notices.clear();
   label_rows = 0;
   bar_on = 0;
 }
@@ -229,6 +230,29 @@ Plot::LabelBand Plot::labelBand() const {
   return band;
 }
 
+// Each on a panel of its own at the map's upper edge, one below the other.
+void Plot::drawNotices() {
+  constexpr float ROW = 0.05f, LETTERS = 0.6f;  // of the map's height; of the row
+  const Rect& view = rec().panel.view;
+  const float row = ROW * view.height();
+  float top = view.ymax - 0.5f * row;
+  for (const String& notice : notices) {
+    setText();
+    graph.setTextHeight(LETTERS * row);
+    const float half = std::min(0.5f * (graph.getTextWidth(notice.get()) + row), 0.5f * view.width());
+    const float middle = 0.5f * (view.xmin + view.xmax);
+    const Rect box(middle - half, top - row, middle + half, top);
+    setFill("#C80000");
+    graph.drawFill(box);
+    setLineColor("white");
+    graph.drawRect(box);
+    setTextColor("white");
+    graph.setTextAlign(2, 3);
+    graph.drawText(Point(middle, top - 0.5f * row), notice.get());
+    top -= 1.2f * row;
+  }
+}
+
 int Plot::drawLabels() {
   const std::size_t ownLabels = labels.size();
   addUserLabels();
@@ -245,6 +269,7 @@ int Plot::drawLabels() {
   setText();
   if (bar_on) drawBar();
   drawLogos();
+  drawNotices();
   labels.resize(ownLabels);
   return graph.activateTran(MAP);
 }

@@ -289,19 +289,18 @@ TEST(NidsHeader, WhatIsNoProductIsNamed) {
   };
   const Case cases[] = {
       {"status", product(2).heading(Heading::Wmo, "NXUS64").bytes(),
-       "NidsFile: FILE is a general status message, not a radar product\n"},
-      {"free text 75", product(75).bytes(), "NidsFile: FILE is a free text message, not a radar product\n"},
+       "FILE is a general status message, not a radar product\n"},
+      {"free text 75", product(75).bytes(), "FILE is a free text message, not a radar product\n"},
       {"free text", bytes("NOUS63 KABR 281331\r\r\nFTMABR\r\r\nThe radar will be down for maintenance.\n"),
-       "NidsFile: FILE is a free text message, not a radar product\n"},
-      {"empty", {}, "NidsFile: FILE is no NIDS product\n"},
-      {"one byte", {0}, "NidsFile: FILE is no NIDS product\n"},
+       "FILE is a free text message, not a radar product\n"},
+      {"empty", {}, "FILE is no NIDS product\n"},
+      {"one byte", {0}, "FILE is no NIDS product\n"},
       {"text", bytes("Dear reader,\nthis is a letter\nand no product at all, whatever its name may say.\n"),
-       "NidsFile: FILE is no NIDS product\n"},
-      {"code 0", product(0).bytes(), "NidsFile: FILE is no NIDS product\n"},
-      {"negative code", product(-19).bytes(), "NidsFile: FILE is no NIDS product\n"},
-      {"noise", product(30000).divider(7).bytes(), "NidsFile: FILE is no NIDS product\n"},
-      {"encrypted", bytes("SDUS54 KOUN 202016\r\r\nN0RTLX\r\r\nR3 secret"),
-       "NidsFile: FILE is encrypted and cannot be read\n"},
+       "FILE is no NIDS product\n"},
+      {"code 0", product(0).bytes(), "FILE is no NIDS product\n"},
+      {"negative code", product(-19).bytes(), "FILE is no NIDS product\n"},
+      {"noise", product(30000).divider(7).bytes(), "FILE is no NIDS product\n"},
+      {"encrypted", bytes("SDUS54 KOUN 202016\r\r\nN0RTLX\r\r\nR3 secret"), "FILE is encrypted and cannot be read\n"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -325,13 +324,19 @@ TEST(NidsHeader, EncryptedBodiesLeaveTheHeader) {
   const Read r = readHeader(content);
   EXPECT_EQ(1, r.stat);
   EXPECT_EQ(19, r.info.code);
-  EXPECT_NE(std::string::npos, r.warnings.find("NidsFile: FILE is encrypted and cannot be read\n"));
+  EXPECT_NE(std::string::npos, r.warnings.find("FILE is encrypted and cannot be read\n"));
+}
+
+TEST(NidsHeader, AScanOf1970IsDatedByItsGeneration) {
+  const Read r = readHeader(product(19).volumeTime(1, 100).generationTime(15846, 73003).bytes());
+  EXPECT_EQ(15845L * 86400 + 73003, r.info.date.secs);
+  EXPECT_NE(std::string::npos, r.warnings.find("FILE: the date of its scan cannot be")) << r.warnings;
 }
 
 TEST(NidsHeader, CutDescriptionsAreReported) {
   std::vector<unsigned char> content = product(19).message();
   content.resize(100);
-  EXPECT_EQ("NidsFile: FILE is cut off within its header\n", readHeader(content).warnings);
+  EXPECT_EQ("FILE is cut off within its header\n", readHeader(content).warnings);
 }
 
 TEST(NidsHeader, MessageClass8ListsTheDescription) {

@@ -41,6 +41,8 @@ constexpr Special SPECIALS[] = {
     {"-if 'nids'", true, "is the standard"},
     {"-if 'nids:i=tlx", true, "tells what the others are given by -id and -ty"},
     {"-ty n0q", true, "is what the others run with"},
+    {"-mx ", true, "marks what is old, and the newest file is not"},
+    {"-nt ", true, "is for servers"},
     {"-pa 'over'", true, "draws again what is drawn"},
     {"-pa 'under'", true, "draws again what is drawn"},
 };

@@ -8,23 +8,36 @@
 #include <string>
 #include <vector>
 
+#include "HttpServer.h"
 #include "NidsBuilder.h"
 #include "Program.h"
 
 namespace {
 
 // Values of the exit status, as docs/exit-status.md lists them.
-constexpr int NOERR = 0, NOGRAPH = 4, NOFILE = 6, NOWRITE = 8, NODATA = 10, BADPARAM = 11;
+constexpr int NOERR = 0, MISC = 2, NOGRAPH = 4, NOFILE = 6, NOWRITE = 8, NOINPUT = 9, NODATA = 10, BADPARAM = 11;
+
+constexpr const char* PANEL = "0.78 0.00 0.00 setrgbcolor";
 
 class TrustRun : public testing::Test {
  protected:
   TrustRun() {
+    program.write("p.nids", product().bytes());
+    write("text", "no product\n");
+  }
+  // Reflectivity in 360 radials.
+  static NidsBuilder product() {
     NidsBuilder b;
     b.header(19, 9).location(35.333f, -97.278f).thresholds({0x8000, 5, 10, 15, 20, 25, 30, 35, 40}).param(3, 5);
     b.radials(230);
     for (int i = 0; i < 360; ++i) b.radial(static_cast<float>(i), 1.0f, std::vector<NidsBuilder::Run>{{20, 8}});
-    program.write("p.nids", b.bytes());
-    write("text", "no product\n");
+    return b;
+  }
+  // Whether the page has the panel of what it lacks, whose letters are strokes.
+  bool isMarked(const std::string& arguments) {
+    program.run("-de postscript,a.ps,color " + arguments);
+    const auto bytes = program.read("a.ps");
+    return std::string(bytes.begin(), bytes.end()).find(PANEL) != std::string::npos;
   }
   void write(const std::string& name, const std::string& text) {
     program.write(name, std::vector<unsigned char>(text.begin(), text.end()));
@@ -182,6 +195,94 @@ TEST_F(TrustRun, FilesThatNobodyNamedNeitherRunNorWrite) {
   // Named, the file may.
   program.run("-df kyv.cfg p.nids");
   EXPECT_TRUE(std::filesystem::exists(program.path("evil.ps")));
+}
+
+// A product cut anywhere never passes for a whole one.
+TEST_F(TrustRun, DamageIsSaidAndShown) {
+  using Bytes = std::vector<unsigned char>;
+  NidsBuilder framed = product(), packed = product(), wrapped = product(), zlib = product();
+  framed.heading(NidsBuilder::Heading::Frame);
+  packed.body(NidsBuilder::Body::Bzip2);
+  wrapped.wrap(NidsBuilder::Wrap::Gzip);
+  zlib.body(NidsBuilder::Body::Zlib);
+  const struct {
+    const char* what;
+    Bytes bytes;
+  } FORMS[] = {{"plain", product().bytes()},
+               {"framed", framed.bytes()},
+               {"bzip2", packed.bytes()},
+               {"gzip", wrapped.bytes()},
+               {"zlib", zlib.bytes()}};
+  for (const auto& form : FORMS) {
+    program.write("cut.nids", form.bytes);
+    const Program::Result whole = program.run("-strict -ou a.png cut.nids");
+    EXPECT_EQ(NOERR, whole.status) << form.what << whole.output;
+    for (const double part : {0.3, 0.6, 0.96, 1.0}) {
+      SCOPED_TRACE(std::string(form.what) + " " + std::to_string(part));
+      const auto length = static_cast<std::ptrdiff_t>(part * static_cast<double>(form.bytes.size() - 1));
+      program.write("cut.nids", Bytes(form.bytes.begin(), form.bytes.begin() + length));
+      const Program::Result r = program.run("-strict -ou a.png cut.nids");
+      EXPECT_TRUE(r.status == NOINPUT || r.status == NODATA) << r.status << r.output;
+      EXPECT_NE(std::string::npos, r.output.find("cut.nids ")) << r.output;
+      EXPECT_TRUE(isMarked("cut.nids"));
+    }
+  }
+  const Bytes bytes = product().bytes();
+  program.write("cut.nids", Bytes(bytes.begin(), bytes.end() - 1));
+  const Program::Result r = program.run("-ou a.png cut.nids");
+  const std::string sizes = std::to_string(bytes.size() - 1) + " of " + std::to_string(bytes.size());
+  EXPECT_NE(std::string::npos, r.output.find("cut.nids ends at byte " + sizes + ", in the symbology block"))
+      << r.output;
+  EXPECT_FALSE(isMarked("p.nids"));
+}
+
+TEST_F(TrustRun, AnEncryptedBodyIsTheOnlyThingSaid) {
+  std::vector<unsigned char> bytes = product().message();
+  bytes.resize(120);
+  const std::string secret = "R3" + std::string(300, 'x');
+  for (const bool packed : {false, true}) {
+    std::vector<unsigned char> body(secret.begin(), secret.end());
+    if (packed) body = NidsBuilder::bzip2Stream(body);
+    body.insert(body.begin(), bytes.begin(), bytes.end());
+    program.write("r3.nids", body);
+    const Program::Result r = program.run("-strict -me 3 -ou a.png r3.nids");
+    EXPECT_EQ(NODATA, r.status);
+    EXPECT_NE(std::string::npos, r.output.find("r3.nids is encrypted and cannot be read\n")) << r.output;
+    EXPECT_EQ(std::string::npos, r.output.find("drawn")) << r.output;
+    EXPECT_EQ(std::string::npos, r.output.find("divider")) << r.output;
+  }
+}
+
+TEST_F(TrustRun, OldDataAreMarkedWithTheirAge) {
+  const struct {
+    const char* arguments;
+    const char* label;
+  } CASES[] = {{"-mx 90 -cur_time '#201305202145'", ""},
+               {"-mx 60 -cur_time '#201305202145'", "DATA 88 MIN OLD"},
+               {"-mx 2h -cur_time '#201305211616'", "DATA 19 H OLD"},
+               {"-mx 1d -cur_time '#201305231616'", "DATA 2 DAYS OLD"},
+               {"-cur_time '#201305231616'", ""}};
+  NidsBuilder b = product();
+  b.messageTime(15846, 73003);  // 20 May 2013, 20:16:43
+  program.write("p.nids", b.bytes());
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(c.arguments);
+    const std::string arguments = std::string(c.arguments) + " p.nids";
+    const Program::Result r = program.run("-strict -ou a.png " + arguments);
+    EXPECT_EQ(*c.label ? MISC : NOERR, r.status);
+    EXPECT_EQ(*c.label != 0, r.output.find(" OLD") != std::string::npos) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find(c.label)) << r.output;
+    EXPECT_EQ(*c.label != 0, isMarked(arguments));
+  }
+}
+
+// All transfers of a run share one time.
+TEST_F(TrustRun, AServerThatNeverAnswersIsWaitedForOnce) {
+  HttpServer silent({});
+  silent.stop();  // connections come in and wait
+  const Program::Result r = program.run("-strict -nt 1 -ou a.png " + silent.url("/a.nids ") + silent.url("/b.nids"));
+  EXPECT_EQ(NOFILE, r.status) << r.output;
+  EXPECT_NE(std::string::npos, r.output.find("no time left for transfers; more with -nt SECONDS")) << r.output;
 }
 
 }  // namespace

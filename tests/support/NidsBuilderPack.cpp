@@ -11,6 +11,7 @@ using Bytes = NidsBuilder::Bytes;
 
 constexpr std::size_t STREAM = 4000;      // bytes of a zlib stream's content
 constexpr std::size_t DESCRIPTION = 120;  // bytes that stay plain in front of a bzip2 stream
+constexpr std::size_t LENGTH_AT = 8;      // of the message's length, a big-endian word
 constexpr std::size_t CONTROL_BLOCK = 24;
 
 template <class From>
@@ -70,8 +71,14 @@ Bytes NidsBuilder::bytes() const {
   Bytes to = front(false);
   const Bytes all = message();
   if (body_ == Body::Bzip2) {
-    to.insert(to.end(), all.begin(), all.begin() + DESCRIPTION);
-    put(to, bzip2Stream({all.begin() + DESCRIPTION, all.end()}));
+    Bytes content(all.begin(), all.begin() + DESCRIPTION);
+    put(content, bzip2Stream({all.begin() + DESCRIPTION, all.end()}));
+    if (!length_) {  // the length in the header is that of the bytes in the file
+      for (std::size_t i = 0; i < 4; ++i) {
+        content[LENGTH_AT + i] = static_cast<unsigned char>(content.size() >> (24 - 8 * i));
+      }
+    }
+    put(to, content);
   } else if (body_ == Body::Zlib) {
     Bytes content = front(true);
     put(content, all);

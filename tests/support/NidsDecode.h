@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "KYV/NidsDamage.h"
 #include "KYV/NidsData.h"
 #include "KYV/NidsFile.h"
 #include "KYV/NidsInfo.h"
@@ -48,6 +49,8 @@ inline int decodeProduct(const char* name, bool pull) {
       while ((pull ? file.readPacket() : file.nextPacket()) > 0) elements();
     }
   }
+  NidsDamage damage;
+  if (file.getDamage(damage)) damage.toText();
   if (!pull) {
     NidsFile again;
     std::vector<NidsShape> shapes;
