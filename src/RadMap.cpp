@@ -1,7 +1,9 @@
 #include "KYV/RadMap.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <iterator>
 
 #include "KYV/CityData.h"
 #include "KYV/CityTool.h"
@@ -32,6 +34,8 @@ constexpr int STATION_NX = 90;
 constexpr int STATION_NY = 60;
 constexpr float SYMBOLS_EXTENT = 460.0f;  // of a map of tracks, symbols or contours, km
 constexpr float STATION_DX = 0.11899f;
+
+bool isOnEarth(const NidsInfo& info) { return std::abs(info.lat) <= 90.0f && std::abs(info.lon) <= 360.0f; }
 
 }  // namespace
 
@@ -262,9 +266,10 @@ int RadMap::draw(Plot& surface) {
   // A user's list of maps takes the place of the layer's own.
   const bool maps = map && !vars.isMap();
   if (maps) drawMap(surface, "under,nolalo");
-  drawImage(surface);
+  const bool placed = isOnEarth(info);
+  if (placed) drawImage(surface);
   if (maps) drawMap(surface, "default");
-  drawData(surface);
+  if (placed) drawData(surface);
   if (maps) drawMap(surface, "over,nolalo");
   tellDamage(surface);
   tellAge(surface);
@@ -273,6 +278,12 @@ int RadMap::draw(Plot& surface) {
 
 // What the picture lacks is said, and shown on it.
 void RadMap::tellDamage(Plot& surface) {
+  if (!isOnEarth(info)) {
+    Kyv::report(Kyv::NODATA, "%s has its radar at %.3f, %.3f, which is not on the earth; nothing of it is drawn\n",
+                file.getName(), static_cast<double>(info.lat), static_cast<double>(info.lon));
+    surface.addNotice("NO DATA: radar not on the earth");
+    return;
+  }
   if (nids->isEncrypted()) {
     Kyv::note(Kyv::NODATA);
     surface.addNotice("NO DATA: encrypted");

@@ -1,5 +1,7 @@
 // What lies over a product's image: site, range rings, tabular pages, storms, labels of variables.
+#include <algorithm>
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include "DataPlane.h"
@@ -24,6 +26,13 @@ constexpr float PAGE_STEP = 50.0f;  // lines between pages
 constexpr float PAGE_TEXT = 7.0f;   // height of a character, lines
 constexpr float PAGE_EXPANSION = 0.85f;
 constexpr float PAGE_BARB = 20.0f;
+
+// A product's text as a terminal may show it: control characters could be commands to it.
+std::string toPrintable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c > '~'; }, '?');
+  return text;
+}
 
 // The plane of tabular pages as large as the map: column 0 at the left, line 0 at the top.
 Domain pageDomain(float aspect) {
@@ -127,7 +136,7 @@ void RadMap::drawPages(Plot& surface, const PlotAttr& attr) {
           surface.setTextExpansion(PAGE_EXPANSION);
           surface.drawText(at(text.x, text.y + offset), text.data);
         }
-        Kyv::outMessage(6, "%s\n", text.data);
+        Kyv::outMessage(6, "%s\n", toPrintable(text.data).c_str());
         if (storm.decode(text.data) && !Const::isMissing(storm.ang)) storms.push_back(storm);
         columns.add(text.data);
       }

@@ -193,7 +193,10 @@ int GifFile::open(const char* name, int mode) {
   state->name = StrLib::valid(name, "");
   state->mode = mode;
   state->content = State::NOTHING;
-  if ((mode == READ || mode == WRITE) && state->file.open(name, mode == READ ? File::READ : File::WRITE)) return 1;
+  const bool opened = mode == READ    ? state->file.openData(name) != 0
+                      : mode == WRITE ? state->file.open(name, File::WRITE) != 0
+                                      : false;
+  if (opened) return 1;
   Kyv::outWarning(NOT_OPENED, state->name.c_str());
   return 0;
 }

@@ -282,8 +282,7 @@ TEST_F(GifFileTest, FilesOfOtherProgramsAreRead) {
     EXPECT_EQ(magick("alone.gif"), colorsOf(image)) << name;
   }
   Image piped;
-  EXPECT_EQ(1, read("|cat interlaced.gif", piped));
-  EXPECT_EQ(magick("plain.gif"), colorsOf(piped));
+  EXPECT_EQ(0, read("|cat interlaced.gif", piped)) << "a list of maps may name a picture, it runs nothing";
 }
 
 TEST_F(GifFileTest, DamageKeepsTheRowsBefore) {

@@ -189,9 +189,11 @@ TEST_F(TrustRun, FilesThatNobodyNamedNeitherRunNorWrite) {
         "*.filename: \"|touch pwned\"\n*.device: \"postscript,evil.ps\"\n*.output: evil.png\n*.title: Mine\n");
   const std::string said = program.run("-ou a.png p.nids").output;
   EXPECT_NE(std::string::npos, said.find("./kyv.cfg:1: filename:")) << said;
+  write("kyv.map", "im:|touch${IFS}pwned;.gif\n");
+  program.run("-ou a.png p.nids");
   program.run("p.nids");
   program.run("");
-  EXPECT_EQ((std::vector<std::string>{"a.png", "kyv.cfg", "p.nids", "text"}), files());
+  EXPECT_EQ((std::vector<std::string>{"a.png", "kyv.cfg", "kyv.map", "p.nids", "text"}), files());
   // Named, the file may.
   program.run("-df kyv.cfg p.nids");
   EXPECT_TRUE(std::filesystem::exists(program.path("evil.ps")));
@@ -251,6 +253,25 @@ TEST_F(TrustRun, AnEncryptedBodyIsTheOnlyThingSaid) {
     EXPECT_EQ(std::string::npos, r.output.find("drawn")) << r.output;
     EXPECT_EQ(std::string::npos, r.output.find("divider")) << r.output;
   }
+}
+
+TEST_F(TrustRun, ARadarThatIsNotOnTheEarthIsNotDrawn) {
+  NidsBuilder b = product();
+  b.location(671.0f, -97.0f);
+  program.write("p.nids", b.bytes());
+  const Program::Result r = program.run("-strict -ou a.png p.nids");
+  EXPECT_EQ(NODATA, r.status);
+  EXPECT_NE(std::string::npos, r.output.find("p.nids has its radar at 671.000, -97.000, which is not on the earth"));
+  EXPECT_TRUE(isMarked("p.nids"));
+}
+
+TEST_F(TrustRun, TextsOfAProductAreNoCommandsToTheTerminal) {
+  NidsBuilder b = product();
+  b.page().text(8, 1, 10, 10, "\033]0;owned\007X");
+  program.write("p.nids", b.bytes());
+  const std::string said = program.run("-ou a.png p.nids").output;
+  EXPECT_NE(std::string::npos, said.find("?]0;owned?X")) << said;
+  EXPECT_EQ(std::string::npos, said.find('\033'));
 }
 
 TEST_F(TrustRun, OldDataAreMarkedWithTheirAge) {
