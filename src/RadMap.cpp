@@ -14,6 +14,7 @@
 #include "KYV/OwnResrc.h"
 #include "KYV/ParamTable.h"
 #include "KYV/Plot.h"
+#include "KYV/TimeSpec.h"
 
 namespace KYV {
 
@@ -84,7 +85,11 @@ int RadMap::setType(const char* text) {
   return file.setKey(TYPE_KEY, type);
 }
 
-int RadMap::setFilename() { return settle(file.setFile()); }
+int RadMap::setFilename() {
+  const int there = settle(file.setFile());
+  file.getDate(newest);
+  return there;
+}
 
 int RadMap::setFilename(const char* name) { return settle(file.setFile(name) && file.exist()); }
 
@@ -119,6 +124,12 @@ int RadMap::getInitDate(Date& date) {
   return file.getDate(date);
 }
 
+bool RadMap::getDataTime(Date& date) {
+  if (!file.isFixed() || !lookAhead() || !ahead_info.date.isSet()) return false;
+  date = ahead_info.date;
+  return true;
+}
+
 // The parameter string with the names that follow "va=" made one item of, "va=cid,comp,site" to "va=cid/comp","site":
 // some of them begin as keys do. Every item is quoted, as those that hold commas were.
 String RadMap::joinVariables(const char* params) {
@@ -139,26 +150,28 @@ String RadMap::joinVariables(const char* params) {
   return joined;
 }
 
-int RadMap::setParam(const char* params) {
+std::span<const ParamKey<RadMap>> RadMap::getKeys() {
   using enum ParamMatch;
   using Key = ParamKey<RadMap>;
   // The first key that fits acts, so "distm" stands before "dist".
   static constexpr Key KEYS[] = {
       {"ct", Begins, [](RadMap& m, const ParamItem& i) { m.setColorTable(i.after()); }},
-      {"co", Begins, [](RadMap& m, const ParamItem& i) { m.setColorFill(i.after()); }},
+      {"co", Begins, [](RadMap& m, const ParamItem& i) { m.setColorFill(i.after()); }, ParamForm::Fill},
       {"va", Begins, [](RadMap& m, const ParamItem& i) { m.setVariable(i.after()); }},
-      {"if", Begins, [](RadMap& m, const ParamItem& i) { m.setNameConv(i.after()); }},
-      {"nc", Begins, [](RadMap& m, const ParamItem& i) { m.setNameConv(i.after()); }},
-      {"ho", Begins, [](RadMap& m, const ParamItem& i) { m.setHour(i.after()); }},
-      {"tz", Begins, [](RadMap& m, const ParamItem& i) { m.tz.set(i.from(3)); }},
+      {"if", Begins, [](RadMap& m, const ParamItem& i) { m.setNameConv(i.after()); }, ParamForm::Convention},
+      {"nc", Begins, [](RadMap& m, const ParamItem& i) { m.setNameConv(i.after()); }, ParamForm::Convention},
+      {"ho", Begins, [](RadMap& m, const ParamItem& i) { m.setHour(i.after()); }, ParamForm::Hour},
+      {"tz", Begins, [](RadMap& m, const ParamItem& i) { m.tz.set(i.from(3)); }, ParamForm::Zone},
       {"pa", Begins, [](RadMap& m, const ParamItem& i) { m.setPath(i.after()); }},
       {"id", Begins, [](RadMap& m, const ParamItem& i) { m.setId(i.from(3)); }},
       {"ty", Begins, [](RadMap& m, const ParamItem& i) { m.setType(i.from(3)); }},
       {"plot", Is, [](RadMap& m, const ParamItem&) { m.plot = true, m.data = false; }},
       {"data", Is, [](RadMap& m, const ParamItem&) { m.plot = false, m.data = true; }},
       {"site", Is, [](RadMap& m, const ParamItem&) { m.site = 1; }},
-      {"distm", IBegins, [](RadMap& m, const ParamItem& i) { m.setRings(i, 5, DEFAULT_RING_NM, NAUTICAL_MILE); }},
-      {"dist", IBegins, [](RadMap& m, const ParamItem& i) { m.setRings(i, 4, DEFAULT_RING, 1.0f); }},
+      {"distm", IBegins, [](RadMap& m, const ParamItem& i) { m.setRings(i, 5, DEFAULT_RING_NM, NAUTICAL_MILE); },
+       ParamForm::Numbers},
+      {"dist", IBegins, [](RadMap& m, const ParamItem& i) { m.setRings(i, 4, DEFAULT_RING, 1.0f); },
+       ParamForm::Numbers},
       {"map", Is, [](RadMap& m, const ParamItem&) { m.map = 1; }},
       {"nodist", Is, [](RadMap& m, const ParamItem&) { m.dist[0] = 0.0f; }},
       {"notable", Is, [](RadMap& m, const ParamItem&) { m.table = 0; }},
@@ -167,17 +180,24 @@ int RadMap::setParam(const char* params) {
        [](RadMap& m, const ParamItem& i) {
          if (i.length <= 7) m.clutter = DEFAULT_CLUTTER;
          std::sscanf(i.from(8), "%9d", &m.clutter);
-       }},
+       },
+       ParamForm::Numbers},
       {"noclutter", Is, [](RadMap& m, const ParamItem&) { m.clutter = 0; }},
-      {"shadow", Begins, [](RadMap& m, const ParamItem& i) { std::sscanf(i.from(7), "%9d", &m.shadow); }},
+      {"shadow", Begins, [](RadMap& m, const ParamItem& i) { std::sscanf(i.from(7), "%9d", &m.shadow); },
+       ParamForm::Number},
       {"ramp", IBegins,
        [](RadMap& m, const ParamItem& i) {
          std::sscanf(i.from(5), "%9d:%9d", &m.ramp[0], &m.ramp[1]);
          if (m.ramp[1] < 1) m.ramp[1] = DEFAULT_RAMP_RANGE;
-       }},
+       },
+       ParamForm::Numbers},
   };
-  return setParams(KEYS, joinVariables(params).get(), *this);
+  return KEYS;
 }
+
+int RadMap::setParam(const char* params) { return setParams(getKeys(), joinVariables(params).get(), *this); }
+
+void RadMap::explain(ParamAnswer& answer) { answer.ask(getKeys()); }
 
 // Range rings "dist" or "dist=50:100", the key having n characters, in units of `unit` km.
 void RadMap::setRings(const ParamItem& item, int n, float standard, float unit) {
@@ -191,37 +211,39 @@ void RadMap::setRings(const ParamItem& item, int n, float standard, float unit) 
   }
 }
 
+// Reads the header of the present file, for those who ask before it is drawn; drawing goes on from there.
+bool RadMap::lookAhead() {
+  if (!file.isSet()) return false;
+  if (ahead && ahead_name.equal(file.getName())) return true;
+  auto product = std::make_unique<NidsFile>();
+  product->setQuiet(true);  // what is wrong with the file is said when it is drawn
+  ahead.reset();
+  if (!product->open(file.getName()) || !product->readHeader(ahead_info)) return false;
+  ahead = std::move(product);
+  ahead_name.copy(file.getName());
+  return true;
+}
+
 int RadMap::getDomain(Domain& domain) {
-  if (file.isSet()) {
-    auto product = std::make_unique<NidsFile>();
-    NidsInfo header;
-    product->setQuiet(true);  // what is wrong with the file is said when it is drawn
-    if (product->open(file.getName()) && product->readHeader(header)) {
-      DomainVal val = product->getDomainVal();
-      if (!header.isMultiRadar() && !product->isVAD() && !product->isDPA()) val.nx = val.ny * 3 / 2 + 1;
-      // Of tracks and contours the bins' size tells nothing: their products show the whole range. So do the radials of
-      // a generic packet, whose last bins end where the map does: its points span one cell less than there are.
-      const bool image = product->isPacketRadial() || product->isPacketRastor() || product->isPacketDpa();
-      const int cells = product->isPacketGeneric() ? val.ny - 1 : val.ny;
-      const float extent = static_cast<float>(cells) * header.res;
-      if (!image && !header.isMultiRadar() && !product->isVAD() && extent > 0.0f && extent < SYMBOLS_EXTENT) {
-        val.dx *= SYMBOLS_EXTENT / extent;
-        val.dy *= SYMBOLS_EXTENT / extent;
-      }
-      domain.set(val);
-      // A reader that has something to say reads again when it may.
-      if (!product->hasKeptQuiet()) {
-        product->setQuiet(false);
-        ahead = std::move(product);
-        ahead_name.copy(file.getName());
-        ahead_info = header;
-      }
-      if (Kyv::checkMessage(8)) {
-        Kyv::outMessage(8, "NIDS Domain: ");
-        domain.print();
-      }
-      return 1;
+  ahead.reset();  // the file may be another one by now
+  if (lookAhead()) {
+    DomainVal val = ahead->getDomainVal();
+    if (!ahead_info.isMultiRadar() && !ahead->isVAD() && !ahead->isDPA()) val.nx = val.ny * 3 / 2 + 1;
+    // Of tracks and contours the bins' size tells nothing: their products show the whole range. So do the radials of
+    // a generic packet, whose last bins end where the map does: its points span one cell less than there are.
+    const bool image = ahead->isPacketRadial() || ahead->isPacketRastor() || ahead->isPacketDpa();
+    const int cells = ahead->isPacketGeneric() ? val.ny - 1 : val.ny;
+    const float extent = static_cast<float>(cells) * ahead_info.res;
+    if (!image && !ahead_info.isMultiRadar() && !ahead->isVAD() && extent > 0.0f && extent < SYMBOLS_EXTENT) {
+      val.dx *= SYMBOLS_EXTENT / extent;
+      val.dy *= SYMBOLS_EXTENT / extent;
     }
+    domain.set(val);
+    if (Kyv::checkMessage(8)) {
+      Kyv::outMessage(8, "NIDS Domain: ");
+      domain.print();
+    }
+    return 1;
   }
   if (!*id) return 0;
   DomainVal val;
@@ -251,9 +273,13 @@ void RadMap::readVariables() {
 int RadMap::draw(Plot& surface) {
   surface.addCallback("AnyEvent", this, nullptr);
   if (!file.isSet()) setFilename("la");
-  const bool begun = ahead && ahead_name.equal(file.getName());
+  // What was looked for in vain has been told of; its name is made up.
+  if (reported.valid() && !file.isFixed() && !file.exist()) return 0;
+  // A reader that has something to say reads again now that it may.
+  const bool begun = ahead && ahead_name.equal(file.getName()) && !ahead->hasKeptQuiet();
   if (begun) {
     nids = std::move(ahead);
+    nids->setQuiet(false);
     info = ahead_info;
   } else if (!nids->open(file.getName())) {
     Kyv::report(Kyv::NOFILE, "RadMap: Unable to open file: %s\n", file.getName());
@@ -272,8 +298,16 @@ int RadMap::draw(Plot& surface) {
   if (placed) drawData(surface);
   if (maps) drawMap(surface, "over,nolalo");
   tellDamage(surface);
+  tellSite(surface);
   tellAge(surface);
   return 1;
+}
+
+// Whether the latest data are asked for, neither those of a date nor those of a while ago.
+bool RadMap::asksForNow() {
+  if (StrLib::valid(Kyv::resrc.get("hour"))) return false;
+  const TimeSpec time(Kyv::resrc.get("current", "la"));
+  return !time.isDated() && !time.named && time.offset == 0 && time.shift == 0;
 }
 
 // What the picture lacks is said, and shown on it.
@@ -296,6 +330,31 @@ void RadMap::tellDamage(Plot& surface) {
   surface.addNotice(damage.toLabel().get());
 }
 
+// A product that lies under the name of another radar is drawn where it belongs, and marked.
+void RadMap::tellSite(Plot& surface) {
+  constexpr float NEAR = 0.5f;  // degrees within which positions of one radar differ
+  if (!*id || info.isMultiRadar() || !isOnEarth(info)) return;
+  char key[20];
+  StrLib::printf(key, "%05d", info.src);
+  CityData source, asked;
+  const bool known = CityTool::search("rad.cty", key, source) != 0;
+  // KTLX is TLX as well.
+  if (known && (StrLib::iequal(source.id, id) || StrLib::iequal(source.id + 1, id))) return;
+  const bool placed = CityTool::search("rad.cty", id, asked) != 0;
+  const bool here = placed && std::abs(asked.lat - info.lat) < NEAR && std::abs(asked.lon - info.lon) < NEAR;
+  if (here || (!known && !placed)) return;
+  char name[60];
+  if (known) {
+    StrLib::copy(name, source.id);
+  } else {
+    StrLib::printf(name, "%d AT %.2f, %.2f", info.src, static_cast<double>(info.lat), static_cast<double>(info.lon));
+  }
+  Kyv::report(Kyv::NODATA, "%s is a product of radar %s, not of %s\n", file.getName(), name, id);
+  char label[100];
+  StrLib::printf(label, "RADAR %s, NOT %s", name, id);
+  surface.addNotice(label);
+}
+
 // Data older than the user takes for present are marked with their age.
 void RadMap::tellAge(Plot& surface) {
   constexpr long MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
@@ -305,15 +364,25 @@ void RadMap::tellAge(Plot& surface) {
   } UNITS[] = {{DAY, "DAYS"}, {HOUR, "H"}, {MINUTE, "MIN"}};
   const char* limit = Kyv::resrc.get("max_age");
   const int minutes = limit ? OwnResrc::getMinutes(limit) : Const::MISS;
+  const bool limited = !Const::isMissing(minutes);
+  // Who asks for the present picture takes what is found for it.
+  Date found;
+  file.getDate(found);
+  const bool present = !file.isFixed() && !told_age && found.secs == newest.secs && asksForNow();
   Date now;
-  if (Const::isMissing(minutes) || !info.date.isSet() || !DateTool::getNow(now)) return;
+  if ((!limited && !present) || !info.date.isSet() || !DateTool::getNow(now)) return;
   const long age = now.secs - info.date.secs;
-  if (age <= MINUTE * minutes) return;
+  if (age <= (limited ? MINUTE * minutes : HOUR)) return;
   // Two of a unit at least, so that no more than a third of the age is rounded off.
   const auto* unit = UNITS;
   while (unit != std::end(UNITS) - 1 && age < 2 * unit->seconds) ++unit;
   char text[60];
   StrLib::printf(text, "DATA %ld %s OLD", age / unit->seconds, unit->name);
+  if (!limited) {
+    Kyv::outWarning("%s: %s; -mx AGE marks the picture of such data\n", file.getName(), text);
+    told_age = true;
+    return;
+  }
   Kyv::report(Kyv::MISC, "%s: %s, more than max_age %s\n", file.getName(), text, limit);
   surface.addNotice(text);
 }

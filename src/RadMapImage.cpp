@@ -127,7 +127,7 @@ RadMap::Painter::Painter(RadMap& layer, Plot& surface)
 
   plot.getColorMap(colors);
   if (map.color_table.valid() && !ColorFile::read(map.color_table.get(), colors)) {
-    Kyv::outWarning("RadMap: no colour table %s; the colours stay as they are\n", map.color_table.get());
+    Kyv::report(Kyv::BADPARAM, "RadMap: no colour table %s; the colours stay as they are\n", map.color_table.get());
   }
   chooseScale();
   plot.setColorMap(colors);
@@ -141,11 +141,16 @@ RadMap::Painter::Painter(RadMap& layer, Plot& surface)
 
 void RadMap::Painter::chooseScale() {
   if (map.color_fill.valid() && !map.color_fill.iequal("miss")) {
-    if (fill.set(colors, map.color_fill.get())) {
+    const bool read = fill.set(colors, map.color_fill.get()) != 0;
+    if (read && fill.isVisible()) {
       if (!fill.areValuesSet()) fill.setValues(map.info.thres, 16);
       return;
     }
-    Kyv::outWarning("RadMap: no fill scale %s; the product's default scale is used\n", map.color_fill.get());
+    // Nobody wants a map without echoes where there are some.
+    Kyv::report(Kyv::BADPARAM,
+                read ? "RadMap: the fill scale %s has no colour; the product's default scale is used\n"
+                     : "RadMap: no fill scale %s; the product's default scale is used\n",
+                map.color_fill.get());
   }
   const NidsFile& product = *map.nids;
   const DefaultScale* row =

@@ -15,6 +15,7 @@
 #include "KYV/ResrcDB.h"
 #include "KYV/ResrcDBList.h"
 #include "KYV/Strings.h"
+#include "OptionCheck.h"
 #include "Version.h"
 
 using namespace KYV;
@@ -65,7 +66,9 @@ Kyv::Error run(int argc, char** argv) {
   }
   if (isPlotOnOutput()) File::keepOutput();
   Prog::printProg("NIDS RADAR PLOTTER");
-  if (Kyv::getResrcBool("strict") && Kyv::getStatus() == Kyv::BADPARAM) return Kyv::BADPARAM;
+  const bool strict = Kyv::getResrcBool("strict") != 0;
+  checkOptions(strict);
+  if (strict && Kyv::getStatus() == Kyv::BADPARAM) return Kyv::BADPARAM;
 
   RadMap radar;
   radar.setMap(true);

@@ -5,6 +5,7 @@
 
 #include "KYV/Const.h"
 #include "KYV/PlotAttr.h"
+#include "KYV/Strings.h"
 
 namespace KYV {
 
@@ -36,6 +37,10 @@ class ColorFill {
   int validateValues();
   int setValues(const float* values, int n);
   bool areValuesSet() const;
+  /// The entries' attributes that are none.
+  const Strings& getBadItems() const { return bad; }
+  /// Whether any entry has a colour.
+  bool isVisible() const;
   int getNum() const { return static_cast<int>(attrs.size()); }
   float getBaseVal() const { return base; }
   float getInterval() const { return interval; }
@@ -66,7 +71,8 @@ class ColorFill {
 
   std::vector<PlotAttr> attrs;
   std::vector<float> thres;  // as many
-  int num_set = 0;           // thresholds before the first unset one, where the search ends
+  Strings bad;
+  int num_set = 0;  // thresholds before the first unset one, where the search ends
   char name[20] = "";
   float base = Const::MISS;
   float interval = Const::MISS;

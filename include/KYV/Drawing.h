@@ -36,6 +36,8 @@ class Drawing {
   virtual int getLoopType() = 0;
   /// The date that the loop is counted from.
   virtual int getInitDate(Date& date) = 0;
+  /// The time of the current data where the user has named their file, so that no date has chosen it; false otherwise.
+  virtual bool getDataTime(Date& /*date*/) { return false; }
   /// Seconds between frames.
   virtual int getDateOffset() = 0;
   virtual int getNumFrames() = 0;

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "KYV/Date.h"
@@ -14,6 +15,9 @@
 namespace KYV {
 
 class Drawing;
+struct ParamAnswer;
+template <class T>
+struct ParamKey;
 
 /// The page: a plot, a queue of layers and panel breaks, and the frames that they are drawn into, one for each time or
 /// forecast hour of a loop. Answers the device's events: redraws, zooms, and looks for new data while nothing else
@@ -35,6 +39,8 @@ class Figure : public Listener {
   bool hasDrawn() const { return has_drawn; }
   /// "fi=", "ref", "norefresh", "nf=", "nobord", "linc=" of a comma list.
   int setParam(const char* params);
+  /// Whether an item is one of its parameters.
+  static void explain(ParamAnswer& answer);
   /// "first-last/step" or a list of forecast hours.
   int setForeTime(const char* text);
   int setDate(const Date& date);
@@ -70,6 +76,7 @@ class Figure : public Listener {
   Plot& getPlot() { return plot; }
 
  private:
+  static std::span<const ParamKey<Figure>> getKeys();
   // A layer, or a panel break with its text.
   struct Item {
     Drawing* drawing;

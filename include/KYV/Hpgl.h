@@ -35,7 +35,7 @@ class Hpgl final : public FileDevice {
  private:
   enum Pcl { NO_PCL = 0, PCL = 1, LASERJET = 2 };
 
-  void setOption(const Strings& items, int i);
+  bool setOption(const Strings& items, int i);
   void startPage();
   void putPen(int cls);
 

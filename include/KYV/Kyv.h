@@ -51,6 +51,8 @@ class Kyv {
   static int setMessageLevel(int n);
   /// Class names separated by commas, "+name" and "-name" switch one class.
   static int setMessageLevel(const char* spec);
+  /// Whether a name, without sign, is that of a class.
+  static bool isMessageClass(const char* name);
   /// The mask, bit n - 1 for class n.
   static std::uint32_t getMessageLevel();
   static bool checkMessage(int n);

@@ -1,6 +1,7 @@
 #ifndef KYV_MAPPLOT_H
 #define KYV_MAPPLOT_H
 
+#include <span>
 #include <vector>
 
 #include "KYV/Drawing.h"
@@ -11,6 +12,10 @@
 #include "KYV/String.h"
 
 namespace KYV {
+
+struct ParamAnswer;
+template <class T>
+struct ParamKey;
 
 /// The geographic background, under or over the data: line maps from files, pictures, land and background colour,
 /// latitude-longitude lines. What is drawn at which scale is told by a map list, whose entries docs/maps.md describes.
@@ -25,6 +30,8 @@ class MapPlot : public Drawing {
   /// The domain of the region "globe".
   int getDomain(Domain& domain) override;
   int setParam(const char* params) override;
+  /// Whether an item is one of its parameters.
+  static void explain(ParamAnswer& answer);
   // Files, dates and frames are no matter of maps.
   int setFile() override { return 0; }
   int setInput(const char*) override { return 0; }
@@ -61,10 +68,17 @@ class MapPlot : public Drawing {
   /// @param type  as the item `over` (2) or `under` (1) sets it
   int process(Plot& plot, const char* entry, int type);
 
+  /// The files of a map list that are not there; pictures and the entries of list files are not looked for.
+  static Strings findMissing(const char* list);
+
   static constexpr float MIN_STEP = 0.1f;
 
  private:
+  static std::span<const ParamKey<MapPlot>> getKeys();
   struct Keyword;
+  static std::span<const Keyword> getKinds();
+  // Whether an entry names a map file or a list, and nothing that is drawn otherwise.
+  static bool isFileEntry(const char* entry);
 
   // Bits of `type`.
   enum Type { UNDER = 1, OVER = 2 };

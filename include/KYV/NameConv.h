@@ -44,6 +44,8 @@ class NameConv {
   /// this file, "none" nothing. Keys, sizes and extension start afresh; directories and dates stay.
   /// @return 0 for an empty text, and (with a warning) without a convention file
   int set(const char* spec);
+  /// Whether a convention is one of the file, or its name is a template itself; `known` are those of the file.
+  static bool isKnown(const char* spec, String& known);
   /// Directories instead of those of the path options; "+name", "res=name" and "res:name" take them from a resource,
   /// 0 when it is not set.
   int setPath(const char* list);

@@ -18,6 +18,8 @@ class NearWord {
   const std::string& get() const { return best; }
   /// "; did you mean WORD?", with the text that stands before a word, or nothing.
   std::string question(std::string_view before = "") const;
+  /// "no such WHAT; did you mean WORD? Instead.", or "no such WHAT; instead".
+  std::string explain(std::string_view what, std::string_view instead, std::string_view before = "") const;
 
   /// Letters that are missing, added, changed or swapped.
   static int distance(std::string_view a, std::string_view b);

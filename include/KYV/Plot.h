@@ -2,6 +2,7 @@
 #define KYV_PLOT_H
 
 #include <array>
+#include <span>
 #include <vector>
 
 #include "KYV/ColorBar.h"
@@ -20,6 +21,10 @@
 namespace KYV {
 
 class Strings;
+class NearWord;
+struct ParamAnswer;
+template <class T>
+struct ParamKey;
 
 /// The surface that layers draw on, and the pictures that are taken of it: owns the graph with its device, the colours,
 /// the panels with their map domains, the labels and the colour bar. Transform 0 of the graph is the page, transform 1
@@ -80,6 +85,8 @@ class Plot : public Listener {
   bool getInverse() { return graph.getInverse(); }
   Graph& getGraph() { return graph; }
   int setParam(const char* params);
+  /// Whether an item is one of its parameters.
+  static void explain(ParamAnswer& answer);
 
   // Panels and domains.
   int initPanel();
@@ -265,6 +272,12 @@ class Plot : public Listener {
   /// Chooses what is drawn: a comma list of keywords, each with '+' or '-' where wanted.
   int setDrawing(const char* list);
   int isDrawing(int n) const;
+  /// Whether a word, its sign aside, is one of these keywords.
+  static bool isDrawWord(const char* word, NearWord& near);
+  /// Whether a text is the name of a device, or begins one; `used` is the device that it stands for all the same.
+  static bool isDevice(const char* word, NearWord& near, const char*& used);
+  /// Whether the resource `output` with this value names a picture, by its kind or its ending.
+  static bool isPicture(const char* output);
   int printDrawing() const;
 
   // Picture files.
@@ -274,6 +287,7 @@ class Plot : public Listener {
   int saveImage(const char* name, const char* type);
 
  private:
+  static std::span<const ParamKey<Plot>> getKeys();
   // What a frame's picture tells of it.
   struct FrameText {
     String info;

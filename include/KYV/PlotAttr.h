@@ -5,6 +5,8 @@
 
 namespace KYV {
 
+class Strings;
+
 /// One set of drawing attributes as a user writes it, "red:wi=2:st=dsh" or "co=red,wi=2,st=dsh". What was not given is
 /// missing or empty.
 struct PlotAttr {
@@ -29,6 +31,8 @@ struct PlotAttr {
   int set(const char* text, const char* defaults) { return init(), parse(defaults), parse(text); }
   /// Adds the attributes that the text names.
   int parse(const char* text);
+  /// The items of such a text that are no attributes, or lack their value, behind the colour's name.
+  static Strings findBadItems(const char* text);
   /// Copies what is set in the other one, shadow and label excepted.
   int update(const PlotAttr& other);
   /// White to black, light grey to dark and dark to light: what stands out on black is faint on white paper.

@@ -43,7 +43,7 @@ class Postscript final : public FileDevice {
     char text[192] = "";
   };
 
-  void setOption(const Strings& items, int i);
+  bool setOption(const Strings& items, int i);
   void putColor(int cls);
   void putPen(int cls);
   void startPage() {

@@ -2,6 +2,7 @@
 #define KYV_RADMAP_H
 
 #include <memory>
+#include <span>
 
 #include "KYV/Drawing.h"
 #include "KYV/Filename.h"
@@ -17,7 +18,10 @@
 namespace KYV {
 
 struct EarthPoint;
+struct ParamAnswer;
 struct ParamItem;
+template <class T>
+struct ParamKey;
 struct StormAttr;
 
 /// The radar layer: draws one product file for each frame.
@@ -40,9 +44,14 @@ class RadMap : public Drawing, public Listener {
   int setForeTime(const char*) override { return 1; }
   /// The layer's parameter string; items that are none of its keys are ignored.
   int setParam(const char* params) override;
+  /// Whether an item is one of its parameters.
+  static void explain(ParamAnswer& answer);
+  /// The parameter string with the names that follow "va=" made one item of.
+  static String joinVariables(const char* params);
   int getDate(Date& date) override { return file.getDate(date); }
   int getLoopType() override { return LOOP_DATE; }
   int getInitDate(Date& date) override;
+  bool getDataTime(Date& date) override;
   int getDateOffset() override { return file.getOffset(); }
   int getNumFrames() override { return file.getNumFiles(); }
   int getSync() override { return sync; }
@@ -71,11 +80,11 @@ class RadMap : public Drawing, public Listener {
   void callback(const char* name, const char* value, const void* data) override;
 
  private:
+  static std::span<const ParamKey<RadMap>> getKeys();
   struct Painter;  // draws the packets of one product, see src/RadMapImage.cpp
   struct Cell;     // a storm at its place, see src/RadMapStorm.cpp
 
   void readVariables();
-  static String joinVariables(const char* params);
   static bool isVariable(const char* item);
   int settle(int there);
   void setRings(const ParamItem& item, int n, float standard, float unit);
@@ -86,7 +95,10 @@ class RadMap : public Drawing, public Listener {
   void drawShapes(Plot& surface);
   void drawVariableLabels(Plot& surface);
   void tellDamage(Plot& surface);
+  void tellSite(Plot& surface);
   void tellAge(Plot& surface);
+  static bool asksForNow();
+  bool lookAhead();
   void drawMap(Plot& surface, const char* layer);
   PlotAttr getDataAttr(Plot& surface) const;
   void setLabels(Plot& surface);
@@ -112,12 +124,14 @@ class RadMap : public Drawing, public Listener {
   Timezone tz;
   VarList vars;  // chosen by `variable`
   std::unique_ptr<NidsFile> nids = std::make_unique<NidsFile>();
-  // The product that the default domain was taken from, its header read; drawing the same file goes on from there.
+  // The product whose header was asked for; drawing the same file goes on from there.
   std::unique_ptr<NidsFile> ahead;
   String ahead_name;
   NidsInfo ahead_info;
   NidsInfo info;
   NidsData ndata;
+  Date newest;               // of the file that the resources have chosen
+  bool told_age = false;     // that the data found for now are old
   bool passed_over = false;  // whether the product has packets that its image does not show
 };
 

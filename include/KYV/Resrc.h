@@ -22,7 +22,8 @@ class Resrc {
   enum Source { NONE = 0, PROGRAM = 1, FILE = 2, ENVIRON = 3, CMDLINE = 4, CODE = 5 };
 
   /// Replaces the value (which may be null: set without value) and source of an entry, or appends a new one.
-  int add(const char* name, const char* value, int source);
+  /// @param place  how a message names the place that it came from, "-col" or "kyv.cfg:3: color_label"
+  int add(const char* name, const char* value, int source, const std::string& place = {});
   int set(const char* name, const char* value, int source) { return add(name, value, source); }
   int set(const char* name, const char* value) { return add(name, value, CODE); }
   int set(const char* name, const String& value);
@@ -42,6 +43,8 @@ class Resrc {
   KYV_SCANF(3, 4) int scanf(const char* name, const char* format, ...) const;
   /// The entry's source, 0 without entry.
   int getType(const char* name) const;
+  /// How a message names the place that the value came from; the name of the entry itself where nobody has said.
+  std::string getPlace(const char* name) const;
   /// Iteration over all entries, from the head when next is 0; 0 at the end.
   int getValues(String& name, String& value, int next);
   int rewind();
@@ -58,6 +61,7 @@ class Resrc {
     std::string name;
     std::optional<std::string> value;
     int source;
+    std::string place;
   };
   const Entry* find(const char* name) const;
   Entry* find(const char* name);

@@ -28,6 +28,7 @@ struct TimeSpec {
   /// hour and minute.
   int getDate(Date& d) const;
 
+  bool whole = true;          // all of the text fits
   bool output = false;        // '>'
   bool named = false;         // '@': all the rest is the name
   String name;                // of the file

@@ -1,8 +1,11 @@
 #include "DeviceOptions.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 
 #include "KYV/Kyv.h"
+#include "KYV/NearWord.h"
 #include "KYV/StrLib.h"
 #include "KYV/Strings.h"
 
@@ -39,10 +42,23 @@ bool DeviceOptions::getSize(const Strings& items, int i, int from, char sep, flo
   return true;
 }
 
+void DeviceOptions::refuseItem(const char* device, const char* item, std::span<const char* const> words) {
+  const std::string_view text = item;
+  NearWord near(text.substr(0, text.find('=')));
+  bool known = false;
+  for (const char* word : words) {
+    near.offer(word);
+    known = known || text.substr(0, text.find('=')) == word;
+  }
+  const std::string why = known ? "this value is of no use; it is ignored" : near.explain("option", "it is ignored");
+  Kyv::report(Kyv::BADPARAM, "%s: %s: %s\n", device, item, why.c_str());
+}
+
 void DeviceOptions::refuseSize(const char* device, float w, float h, int most, float kept_w, float kept_h) {
-  Kyv::outWarning("%s: a size of %.0f x %.0f pixels is not possible, 1 x 1 to %d x %d are; %.0f x %.0f is used\n",
-                  device, static_cast<double>(w), static_cast<double>(h), most, most, static_cast<double>(kept_w),
-                  static_cast<double>(kept_h));
+  Kyv::report(Kyv::BADPARAM,
+              "%s: a size of %.0f x %.0f pixels is not possible, 1 x 1 to %d x %d are; %.0f x %.0f is used\n", device,
+              static_cast<double>(w), static_cast<double>(h), most, most, static_cast<double>(kept_w),
+              static_cast<double>(kept_h));
 }
 
 }  // namespace KYV

@@ -28,6 +28,9 @@ struct DeviceOptions {
   static bool getSize(const Strings& items, int i, int from, float& w, float& h) {
     return getSize(items, i, from, ':', MIN_INCHES, MAX_INCHES, w, h);
   }
+  /// Warns of an item that is none of a device's options, or whose value is of no use.
+  /// @param words  the options that there are
+  static void refuseItem(const char* device, const char* item, std::span<const char* const> words);
   /// Warns that a device has refused a size in pixels, and says which it keeps.
   static void refuseSize(const char* device, float w, float h, int most, float kept_w, float kept_h);
   /// Width and height with sep between them, each within low and high.

@@ -43,11 +43,16 @@ int Hpgl::init() {
 int Hpgl::setParam(const char* options) {
   const Strings items(options, ',');
   if (items.valid(0)) setFilename(items.getString(0));
-  for (int i = 1; i < items.getNum(); ++i) setOption(items, i);
+  static constexpr const char* WORDS[] = {"port",  "land",   "pcl",  "nopcl",  "lj",    "color", "gray",
+                                          "scale", "lwidth", "rot",  "letter", "legal", "11x17", "a4",
+                                          "a3",    "ansid",  "roll", "sz",     "hfont"};
+  for (int i = 1; i < items.getNum(); ++i) {
+    if (items.valid(i) && !setOption(items, i)) DeviceOptions::refuseItem("Hpgl", items.getString(i), WORDS);
+  }
   return 1;
 }
 
-void Hpgl::setOption(const Strings& items, int i) {
+bool Hpgl::setOption(const Strings& items, int i) {
   struct Word {
     const char* name;
     void (*set)(Hpgl& h);
@@ -59,13 +64,16 @@ void Hpgl::setOption(const Strings& items, int i) {
       {"gray", [](Hpgl& h) { h.color = false; }},
   };
   for (const Word& word : WORDS) {
-    if (items.iequal(i, word.name)) word.set(*this);
+    if (items.iequal(i, word.name)) return word.set(*this), true;
   }
   float number = 0.0f;
-  if (items.iequal(i, "scale", 5)) DeviceOptions::getNumber(items, i, 6, 0.0f, MAX_FACTOR, scale);
-  if (items.iequal(i, "lwidth", 6)) DeviceOptions::getNumber(items, i, 7, 0.0f, MAX_FACTOR, lwidth);
-  if (items.iequal(i, "rot", 3) && DeviceOptions::getNumber(items, i, 4, -360.0f, 360.0f, number)) {
+  if (items.iequal(i, "hfont")) return true;  // the graph's
+  if (items.iequal(i, "scale", 5)) return DeviceOptions::getNumber(items, i, 6, 0.0f, MAX_FACTOR, scale);
+  if (items.iequal(i, "lwidth", 6)) return DeviceOptions::getNumber(items, i, 7, 0.0f, MAX_FACTOR, lwidth);
+  if (items.iequal(i, "rot", 3)) {
+    if (!DeviceOptions::getNumber(items, i, 4, -360.0f, 360.0f, number)) return false;
     rotation = static_cast<int>(number);
+    return true;
   }
 
   float w = 0.0f, h = 0.0f;
@@ -73,13 +81,14 @@ void Hpgl::setOption(const Strings& items, int i) {
     w = paper->width;
     h = paper->height;
   } else if (items.iequal(i, "roll", 4)) {
-    if (!DeviceOptions::getNumber(items, i, 5, DeviceOptions::MIN_INCHES, DeviceOptions::MAX_INCHES, w)) return;
+    if (!DeviceOptions::getNumber(items, i, 5, DeviceOptions::MIN_INCHES, DeviceOptions::MAX_INCHES, w)) return false;
     h = ROLL_WIDTH;
   } else if (!items.iequal(i, "sz", 2) || !DeviceOptions::getSize(items, i, 3, w, h)) {
-    return;
+    return false;
   }
   width = w * UNITS_PER_INCH;
   height = h * UNITS_PER_INCH;
+  return true;
 }
 
 int Hpgl::open() {

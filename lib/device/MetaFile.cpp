@@ -37,7 +37,9 @@ int MetaFile::setParam(const char* options) {
   bool named = false;
   for (int i = 0; i < items.getNum(); ++i) {
     if (items.iequal(i, "sz", 2)) {
-      DeviceOptions::getSize(items, i, 3, 'x', MIN_SIZE, MAX_SIZE, width, height);
+      static constexpr const char* WORDS[] = {"sz", "file", "hfont"};
+      if (DeviceOptions::getSize(items, i, 3, 'x', MIN_SIZE, MAX_SIZE, width, height)) continue;
+      DeviceOptions::refuseItem("MetaFile", items.getString(i), WORDS);
     } else if (items.iequal(i, "file", 4)) {
       named = setFilename(items.getString(i, 5)) || named;
     } else if (items.valid(i) && !named && !items.iequal(i, "hfont")) {

@@ -56,13 +56,17 @@ int Postscript::init() {
 int Postscript::setParam(const char* options) {
   const Strings items(options, ',');
   if (items.valid(0)) setFilename(items.getString(0));
-  for (int i = 1; i < items.getNum(); ++i) setOption(items, i);
+  static constexpr const char* WORDS[] = {"port",   "land",  "eps",   "noeps", "color", "gray",  "scale", "lwidth",
+                                          "letter", "legal", "11x17", "a4",    "a3",    "ansid", "sz",    "hfont"};
+  for (int i = 1; i < items.getNum(); ++i) {
+    if (items.valid(i) && !setOption(items, i)) DeviceOptions::refuseItem("Postscript", items.getString(i), WORDS);
+  }
   // The colour lines are those of the colour flag.
   lines = {};
   return 1;
 }
 
-void Postscript::setOption(const Strings& items, int i) {
+bool Postscript::setOption(const Strings& items, int i) {
   struct Flag {
     const char* name;
     bool Postscript::*field;
@@ -74,21 +78,26 @@ void Postscript::setOption(const Strings& items, int i) {
       {"color", &Postscript::color, true},   {"color", &Postscript::inverse, true},
       {"gray", &Postscript::color, false},
   };
+  bool known = items.iequal(i, "hfont");  // the graph's
   for (const Flag& flag : FLAGS) {
-    if (items.iequal(i, flag.name)) this->*flag.field = flag.value;
+    if (!items.iequal(i, flag.name)) continue;
+    this->*flag.field = flag.value;
+    known = true;
   }
-  if (items.iequal(i, "scale", 5)) DeviceOptions::getNumber(items, i, 6, MIN_SCALE, MAX_SCALE, scale);
-  if (items.iequal(i, "lwidth", 6)) DeviceOptions::getNumber(items, i, 7, 0.0f, MAX_LWIDTH, lwidth);
+  if (known) return true;
+  if (items.iequal(i, "scale", 5)) return DeviceOptions::getNumber(items, i, 6, MIN_SCALE, MAX_SCALE, scale);
+  if (items.iequal(i, "lwidth", 6)) return DeviceOptions::getNumber(items, i, 7, 0.0f, MAX_LWIDTH, lwidth);
 
   float w = 0.0f, h = 0.0f;
   if (const Paper* paper = DeviceOptions::findPaper(PAPERS, items.getString(i))) {
     w = paper->width;
     h = paper->height;
   } else if (!items.iequal(i, "sz", 2) || !DeviceOptions::getSize(items, i, 3, w, h)) {
-    return;
+    return false;
   }
   width = w * POINTS_PER_INCH;
   height = h * POINTS_PER_INCH;
+  return true;
 }
 
 int Postscript::open() {

@@ -130,6 +130,10 @@ int XWindow::setParam(const char* options) {
       state->display = std::string(StrLib::valid(items.getString(i, 3), "")).substr(0, MAX_DISPLAY);
     } else if (items.equal(i, "wp=", 3)) {
       setGiven(items.getString(i, 3));
+    } else if (items.valid(i) && !items.equal(i, "hfont") && !items.equal(i, "de=", 3)) {
+      // The device's own name stands in the plot's parameters, which come where the device has none.
+      static constexpr const char* WORDS[] = {"show_num", "co", "wp", "hfont"};
+      DeviceOptions::refuseItem("XWindow", items.getString(i), WORDS);
     }
   }
   return 1;

@@ -181,7 +181,12 @@ int DateTool::createLabel(const char* prefix, const Date& date, const Timezone& 
   if (!date.isSet()) return label.clear(), 0;
   if (StrLib::valid(prefix)) out = std::string(prefix) + " ";
   Date local = date;
-  if (tz.isSet()) local.changeTimezone(tz.getOffset(), tz.getName());
+  if (tz.isSet()) {
+    const Timezone::Local zone = tz.at(date.secs);
+    local.changeTimezone(zone.offset, zone.name.c_str());
+    // A name of the system's data is not cut.
+    if (Const::isMissing(tz.getOffset())) StrLib::copy(local.zone, zone.name.c_str());
+  }
   const bool timed = !Const::isMissing(local.month) && !Const::isMissing(local.day) && !Const::isMissing(local.hour);
   if (timed) out += toTime(local, date, tz) + " ";
   out += toDay(local, weekday == 1);

@@ -37,13 +37,42 @@ bool readNumber(const char* text, std::int64_t& value) {
   return true;
 }
 
+// The convention file; a warning when there is none.
+bool openList(File& in) {
+  String list;
+  if (!DataPath::find(Kyv::getResrc("name_conv", "name.cnv"), list)) {
+    String other;
+    if (DataPath::find("name_conv", other)) list.copy(other);
+  }
+  if (!in.openData(list.get())) {
+    Kyv::report(Kyv::BADPARAM, "NameConv: No file name convention file: %s\n", list.get());
+    return false;
+  }
+  Kyv::outDebug("Opening name convention file: %s\n", list.get());
+  return true;
+}
+
+// A line of it.
+struct Line {
+  char label[21] = "", file[81] = "", header[81] = "", size[31] = "", options[51] = "";
+
+  // False for a comment, and for what is too short.
+  bool decode(String& text) {
+    text.trimWS();
+    if (text.getChar(0) == '#' || text.length() < MIN_LINE) return false;
+    return std::sscanf(text.get(), "%20s %80s %80s %30s %50s", label, file, header, size, options) >= 2;
+  }
+  // Whether the label begins a name.
+  bool begins(const char* name) const { return StrLib::iequal(name, label, StrLib::length(label)); }
+};
+
 bool isSize(const char* item) { return StrLib::iequal(item, "size=", 5); }
 bool isMin(const char* item) { return StrLib::iequal(item, "min=", 4); }
 
 template <std::size_t N>
 void copyTemplate(char (&field)[N], const char* text) {
   StrLib::copy(field, text);
-  if (!StrLib::equal(field, text)) Kyv::outWarning("NameConv: Template is too long, cut to: %s\n", field);
+  if (!StrLib::equal(field, text)) Kyv::report(Kyv::BADPARAM, "NameConv: Template is too long, cut to: %s\n", field);
 }
 
 }  // namespace
@@ -108,25 +137,15 @@ int NameConv::set(const char* spec) {
 
 // The line of the convention file for a name: 1 when there is one, 0 when not, -1 without a file.
 int NameConv::readFile(const char* name) {
-  String list;
-  if (!DataPath::find(Kyv::getResrc("name_conv", "name.cnv"), list)) {
-    String other;
-    if (DataPath::find("name_conv", other)) list.copy(other);
-  }
   File in;
-  if (!in.openData(list.get())) {
-    Kyv::outWarning("NameConv: No file name convention file: %s\n", list.get());
-    return -1;
-  }
-  Kyv::outDebug("Opening name convention file: %s\n", list.get());
-  String line;
-  while (in.getLine(line) > 0) {
-    line.trimWS();
-    if (line.getChar(0) == '#' || line.length() < MIN_LINE) continue;
-    char label[21] = "", file_name[81] = "", header[81] = "", size[31] = "", options[51] = "";
-    if (std::sscanf(line.get(), "%20s %80s %80s %30s %50s", label, file_name, header, size, options) < 2) continue;
+  if (!openList(in)) return -1;
+  String text;
+  while (in.getLine(text) > 0) {
+    Line line;
+    if (!line.decode(text)) continue;
+    const auto& [label, file_name, header, size, options] = line;
     const bool exact = StrLib::iequal(name, label);
-    if (!exact && !StrLib::iequal(name, label, StrLib::length(label))) continue;
+    if (!exact && !line.begins(name)) continue;
 
     copyTemplate(file, file_name);
     if (!StrLib::equal(header, "-")) copyTemplate(hdr, header);
@@ -151,6 +170,24 @@ int NameConv::readFile(const char* name) {
   }
   Kyv::outDebug("No file name conversion for: %s\n", name);
   return 0;
+}
+
+bool NameConv::isKnown(const char* spec, String& known) {
+  const Strings fields(spec, ',');
+  const char* first = StrLib::valid(fields.getString(0), "");
+  const String name(first, findKeys(first));
+  if (*first == '@' || name.iequal("none") || name.index('%') >= 0 || name.index('/') >= 0) return true;
+  File in;
+  String text;
+  if (!openList(in)) return false;
+  while (in.getLine(text) > 0) {
+    Line line;
+    if (!line.decode(text)) continue;
+    if (line.begins(name.get())) return true;
+    if (known.valid()) known.append(", ");
+    known.append(line.label);
+  }
+  return false;
 }
 
 int NameConv::setPath(const char* list) {

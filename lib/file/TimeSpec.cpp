@@ -121,14 +121,17 @@ TimeSpec::TimeSpec(const char* text) {
     direction = takeSign(at);
   }
   latest = isLetter(*at, 'l');
+  whole = latest || !*at;
   if (!latest) return;
   ++at;
   if (isLetter(*at, 'a')) ++at;
   if (take(at, '#')) periods = static_cast<int>(takeNumber(at));
   rest.copy(at);
-  if (*at != '+' && *at != '-') return;
-  const int sign = takeSign(at);
-  shift = sign * takeOffset(at);
+  if (*at == '+' || *at == '-') {
+    const int sign = takeSign(at);
+    shift = sign * takeOffset(at);
+  }
+  whole = !*at;
 }
 
 int TimeSpec::getDate(Date& d) const {

@@ -18,6 +18,7 @@ namespace KYV {
 namespace {
 
 constexpr const char* STATIONS = "sao.cty";
+constexpr const char* RADARS = "rad.cty";
 constexpr int MAX_DEPTH = 5;         // regions that name regions
 constexpr int MAX_POINTS = 1000000;  // of a grid, a side
 constexpr int PARAMS = 4;            // parameters that a projection text carries
@@ -116,17 +117,28 @@ bool isStation(const char* text) {
   return StrLib::iequal(text, "id:", 3) || (length >= 1 && length <= 4 && StrLib::check(text, CAPITALS + 4 - length));
 }
 
+// The place that a list of stations has for a key.
+int setPlace(DomainVal& val, const char* file, const char* key) {
+  EarthPoint place;
+  if (!CityTool::locate(file, key, place) || place.isMissing()) return 0;
+  val.clat = place.lat;
+  val.clon = place.lon;
+  return 1;
+}
+
 // "id:KTLX", "id:file:KTLX" or "KTLX".
 int setStation(DomainVal& val, const char* text) {
   if (!isStation(text)) return 0;
   const std::string key = StrLib::iequal(text, "id:", 3) ? text + 3 : text;
   const std::size_t colon = key.rfind(':');
   const std::string file = colon == std::string::npos ? STATIONS : key.substr(0, colon);
-  EarthPoint place;
-  if (!CityTool::locate(file.c_str(), key.substr(colon + 1).c_str(), place) || place.isMissing()) return 0;
-  val.clat = place.lat;
-  val.clon = place.lon;
-  return 1;
+  return setPlace(val, file.c_str(), key.substr(colon + 1).c_str());
+}
+
+// A radar or another station by its bare name, in any case; none in a list of the user's own.
+int setBareStation(DomainVal& val, const char* name) {
+  if (!StrLib::valid(name) || StrLib::index(name, ':') >= 0) return 0;
+  return setPlace(val, RADARS, name) || setPlace(val, STATIONS, name);
 }
 
 template <class Field, std::size_t N>
@@ -176,7 +188,7 @@ int decodeText(DomainVal& val, const char* text, int depth) {
   const int num = items.getNum();
   const char* first = items.getString(0);
   if (num == 0 || depth > MAX_DEPTH) {
-    if (num > 0) Kyv::outWarning(INVALID, text);
+    if (num > 0) Kyv::report(Kyv::BADPARAM, INVALID, text);
     return 0;
   }
   if (isMissingWord(first)) return 1;
@@ -201,8 +213,9 @@ int decodeText(DomainVal& val, const char* text, int depth) {
   } else if ((num == 1 || named) && StrLib::valid(first) && findRegion(first, region)) {
     return decodeText(val, region.get(), depth + 1);
   }
-  if (word) Kyv::outWarning(NOT_FOUND, first);
-  Kyv::outWarning(INVALID, text);
+  if (num == 1 && setBareStation(next, first)) return complete(next, *std::rbegin(LISTS)), val = next, 1;
+  if (word) Kyv::report(Kyv::BADPARAM, NOT_FOUND, first);
+  Kyv::report(Kyv::BADPARAM, INVALID, text);
   return 0;
 }
 
@@ -213,8 +226,8 @@ int DomainTool::proj(const char* name) { return DomainVal::getProj(name); }
 int DomainTool::setParam(DomainVal& val, const char* value, const char* name) {
   if (StrLib::equal(name, "proj")) return setProj(val, value);
   if (StrLib::equal(name, "id")) {
-    if (setStation(val, value)) return 1;
-    if (isStation(value)) Kyv::outWarning(NOT_FOUND, value);
+    if (setStation(val, value) || setBareStation(val, value)) return 1;
+    if (isStation(value)) Kyv::report(Kyv::BADPARAM, NOT_FOUND, value);
     return 0;
   }
   if (const FloatField* field = findField(FLOATS, name)) return readGiven(value, val.*field->value);
@@ -242,7 +255,7 @@ int DomainTool::decode(Domain& domain, const char* text) {
   DomainVal val = domain.get();
   if (!decode(val, text)) return 0;
   if (domain.set(val)) return 1;
-  Kyv::outWarning(INVALID, text);
+  Kyv::report(Kyv::BADPARAM, INVALID, text);
   return 0;
 }
 

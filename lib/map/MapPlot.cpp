@@ -51,22 +51,22 @@ int MapPlot::init() {
   return setParam(Kyv::resrc.get("parameter", ""));
 }
 
-int MapPlot::setParam(const char* params) {
+std::span<const ParamKey<MapPlot>> MapPlot::getKeys() {
   using enum ParamMatch;
   using Key = ParamKey<MapPlot>;
   // The first key that fits acts: "coll" and "coln" stand before "co=", "fill_cont" before "fill".
   static constexpr Key KEYS[] = {
       {"ct", Begins, [](MapPlot& m, const ParamItem& i) { m.setColorTable(i.after()); }},
-      {"coll", Begins, [](MapPlot& m, const ParamItem& i) { m.setColorLatLon(i.after()); }},
-      {"coln", Begins, [](MapPlot& m, const ParamItem& i) { m.setColorLine(i.after()); }},
-      {"co=", Begins, [](MapPlot& m, const ParamItem& i) { m.setColor(i.from(3)); }},
+      {"coll", Begins, [](MapPlot& m, const ParamItem& i) { m.setColorLatLon(i.after()); }, ParamForm::Color},
+      {"coln", Begins, [](MapPlot& m, const ParamItem& i) { m.setColorLine(i.after()); }, ParamForm::Color},
+      {"co=", Begins, [](MapPlot& m, const ParamItem& i) { m.setColor(i.from(3)); }, ParamForm::Color},
       {"mf", Begins, [](MapPlot& m, const ParamItem& i) { m.setMapFiles(i.after()); }},
       {"fill_cont", Is, [](MapPlot& m, const ParamItem&) { m.fill_cont = 1; }},
       {"fc", Is, [](MapPlot& m, const ParamItem&) { m.fill_cont = 1; }},
       {"fill", Is, [](MapPlot& m, const ParamItem&) { m.fill = 1; }},
       {"map_in", Is, [](MapPlot& m, const ParamItem&) { m.map_in = 1; }},
       {"index", Is, [](MapPlot& m, const ParamItem&) { m.index = 1; }},
-      {"lalo", Begins, [](MapPlot& m, const ParamItem& i) { m.setStep(i.from(5)); }},
+      {"lalo", Begins, [](MapPlot& m, const ParamItem& i) { m.setStep(i.from(5)); }, ParamForm::Numbers},
       {"nolalo", Is, [](MapPlot& m, const ParamItem&) { m.lat_step = m.lon_step = Const::MISS; }},
       {"default", Is, [](MapPlot& m, const ParamItem&) { m.def = 2; }},
       {"nodefault", Is, [](MapPlot& m, const ParamItem&) { m.def = m.type == 0 ? 1 : 0; }},
@@ -81,8 +81,12 @@ int MapPlot::setParam(const char* params) {
          if (m.def != 2) m.def = 0;
        }},
   };
-  return setParams(KEYS, params, *this);
+  return KEYS;
 }
+
+int MapPlot::setParam(const char* params) { return setParams(getKeys(), params, *this); }
+
+void MapPlot::explain(ParamAnswer& answer) { answer.ask(getKeys()); }
 
 // "%f:%f", one value for both, none for the default; a spacing of no use leaves the lines out.
 void MapPlot::setStep(const char* text) {
@@ -150,7 +154,7 @@ void MapPlot::drawList(Plot& plot, const char* name, bool signedList) {
   DataPath::find(name, path);
   if (!file.openData(path.get())) {
     // Of three layers only the one that draws entries without sign tells it.
-    if (def != 0 || signedList) Kyv::outWarning("MapPlot_draw: Unable to open map list file: %s\n", name);
+    if (def != 0 || signedList) Kyv::report(Kyv::MISC, "MapPlot_draw: Unable to open map list file: %s\n", name);
     return;
   }
   Kyv::outDebug("MapPlot_draw: list file: %s\n", path.get());
@@ -173,9 +177,13 @@ struct MapPlot::Keyword {
   const char* prefix;  // taken off the entry
   const char* within;  // or a part of its name, which stays
   int (MapPlot::*draw)(Plot&, const char*);
+
+  bool fits(const char* entry) const {
+    return prefix ? StrLib::equal(entry, prefix, StrLib::length(prefix)) : StrLib::contains(entry, within) != 0;
+  }
 };
 
-int MapPlot::process(Plot& plot, const char* entry, int layerType) {
+std::span<const MapPlot::Keyword> MapPlot::getKinds() {
   static constexpr Keyword KINDS[] = {
       {"im:", nullptr, &MapPlot::drawMapImage},      {"if:", nullptr, &MapPlot::drawPageImage},
       {"mf:", nullptr, &MapPlot::drawMetafile},      {"rf:", nullptr, &MapPlot::drawRawFile},
@@ -185,6 +193,14 @@ int MapPlot::process(Plot& plot, const char* entry, int layerType) {
       {nullptr, ".png", &MapPlot::drawMapImage},     {nullptr, ".meta", &MapPlot::drawMetafile},
       {nullptr, ".raw", &MapPlot::drawRawFile},
   };
+  return KINDS;
+}
+
+bool MapPlot::isFileEntry(const char* entry) {
+  return std::none_of(getKinds().begin(), getKinds().end(), [entry](const Keyword& kind) { return kind.fits(entry); });
+}
+
+int MapPlot::process(Plot& plot, const char* entry, int layerType) {
   if (!StrLib::valid(entry)) return 0;
   Kyv::outDebug(4, "MapPlot_process: %s %d %d\n", entry, layerType, def);
   const char sign = *entry == '+' || *entry == '-' ? *entry : '\0';
@@ -192,11 +208,8 @@ int MapPlot::process(Plot& plot, const char* entry, int layerType) {
   bool holds = false;
   const char* rest = passConditions(sign ? entry + 1 : entry, plot.getDomain(), holds);
   if (!holds || !*rest) return 0;
-  for (const Keyword& kind : KINDS) {
-    if (kind.prefix && StrLib::equal(rest, kind.prefix, StrLib::length(kind.prefix))) {
-      return (this->*kind.draw)(plot, rest + StrLib::length(kind.prefix));
-    }
-    if (kind.within && StrLib::contains(rest, kind.within)) return (this->*kind.draw)(plot, rest);
+  for (const Keyword& kind : getKinds()) {
+    if (kind.fits(rest)) return (this->*kind.draw)(plot, rest + StrLib::length(kind.prefix));
   }
   return drawMapFile(plot, rest);
 }

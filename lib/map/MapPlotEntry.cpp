@@ -38,7 +38,7 @@ int MapPlot::drawRawFile(Plot& plot, const char* entry) {
   File file;
   DataPath::find(name.get(), path);
   if (!file.openData(path.get())) {
-    Kyv::outWarning("Map-rawfile: unable to open %s\n", name.get());
+    Kyv::report(Kyv::MISC, "Map-rawfile: unable to open %s\n", name.get());
     return 0;
   }
   const PlotAttr pen = getPen(plot, attr.get());

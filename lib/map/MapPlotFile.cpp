@@ -76,8 +76,8 @@ String lineColorIn(const char* attr) {
 }
 
 // A map file by its name, which may be short: "us_states" is the shipped maps/us_states.map.
-void findMap(const char* name, String& path) {
-  if (DataPath::find(name, path)) return;
+bool findMap(const char* name, String& path) {
+  if (DataPath::find(name, path)) return true;
   static constexpr struct {
     const char* folder;
     const char* ending;
@@ -88,12 +88,28 @@ void findMap(const char* name, String& path) {
     other.append(form.ending);
     if (DataPath::find(other.get(), found)) {
       path = found;
-      return;
+      return true;
     }
   }
+  return false;
 }
 
 }  // namespace
+
+Strings MapPlot::findMissing(const char* list) {
+  const Strings items(list, ',', -1, "\"[");
+  Strings missing;
+  for (int i = 0; i < items.getNum(); ++i) {
+    bool holds = false;
+    const char* item = StrLib::valid(items.getString(i), "");
+    if (*item == '+' || *item == '-') ++item;
+    const char* entry = passConditions(item, Domain(), holds);
+    String name, attr, path;
+    if (isFileEntry(entry)) splitEntry(StrLib::equal(entry, "fi:", 3) ? entry + 3 : entry, name, attr);
+    if (name.valid() && !findMap(name.get(), path)) missing.add(name.get());
+  }
+  return missing;
+}
 
 // The pens for a map file, then the file.
 int MapPlot::drawMapFile(Plot& plot, const char* entry) {
@@ -131,7 +147,7 @@ int MapPlot::draw(Plot& plot, const char* file) {
   if (!isMapProjection(domain.proj) && domain.proj != DomainVal::XY) return 0;
   MapFile source;
   if (!source.open(file)) {
-    Kyv::outWarning("Map file not found or damaged: %s\n", file);
+    Kyv::report(Kyv::MISC, "Map file not found or damaged: %s\n", file);
     return 0;
   }
   source.setPlaceNames(true);

@@ -86,7 +86,7 @@ int MapPlot::drawMapImage(Plot& plot, const char* entry) {
       drawn = graph.placeImage(map && warpImage(image, plot, warped) ? warped : image, window.xmin, window.ymax, 1, 3);
     }
   }
-  if (!drawn) Kyv::outWarning("Map image not found: %s\n", name.get());
+  if (!drawn) Kyv::report(Kyv::MISC, "Map image not found: %s\n", name.get());
   return drawn;
 }
 
@@ -95,7 +95,7 @@ int MapPlot::drawPageImage(Plot& plot, const char* entry) {
   splitEntry(entry, name, rest);
   Kyv::outMessage(8, "Map-image: %s\n", name.get());
   if (plot.placeImage(entry, true)) return 1;
-  Kyv::outWarning("Map image not found: %s\n", name.get());
+  Kyv::report(Kyv::MISC, "Map image not found: %s\n", name.get());
   return 0;
 }
 

@@ -120,7 +120,7 @@ int MapPlot::drawMetafile(Plot& plot, const char* entry) {
   File file;
   DataPath::find(name.get(), path);
   if (!file.openData(path.get())) {
-    Kyv::outWarning("Map-metafile: unable to open %s\n", name.get());
+    Kyv::report(Kyv::MISC, "Map-metafile: unable to open %s\n", name.get());
     return 0;
   }
   useText(plot, PlotAttr("white"));

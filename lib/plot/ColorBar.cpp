@@ -14,7 +14,7 @@ int ColorBar::init() {
 
 int ColorBar::setLocate(const char* text) { return StrLib::copy(locate, text), 1; }
 
-int ColorBar::setParam(const char* text) {
+std::span<const ParamKey<ColorBar>> ColorBar::getKeys() {
   using Key = ParamKey<ColorBar>;
   static constexpr Key KEYS[] = {
       {"lo", ParamMatch::IBegins, [](ColorBar& bar, const ParamItem& i) { bar.setLocate(i.after()); }},
@@ -23,10 +23,15 @@ int ColorBar::setParam(const char* text) {
          Range r;
          if (std::sscanf(i.from(3), "%f:%f", &r.min, &r.max) != 2) return;
          if (std::isfinite(r.min) && std::isfinite(r.max)) bar.setRange(r);
-       }},
+       },
+       ParamForm::Numbers},
   };
-  return setParams(KEYS, text, *this);
+  return KEYS;
 }
+
+int ColorBar::setParam(const char* text) { return setParams(getKeys(), text, *this); }
+
+void ColorBar::explain(ParamAnswer& answer) { answer.ask(getKeys()); }
 
 int ColorBar::print() const {
   std::printf("ColorBar\n");

@@ -49,8 +49,9 @@ int ColorFile::read(const char* list, ColorMap& map) {
   }
   // With none at all the caller knows what becomes of it.
   for (int i = 0; num > 0 && i < missing.getNum(); ++i) {
-    Kyv::outWarning("ColorFile: unable to read the colour table %s; give its full path, or its directory with -fp\n",
-                    missing.getString(i));
+    Kyv::report(Kyv::BADPARAM,
+                "ColorFile: unable to read the colour table %s; give its full path, or its directory with -fp\n",
+                missing.getString(i));
   }
   return num > 0 ? 1 : 0;
 }

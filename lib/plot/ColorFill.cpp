@@ -63,6 +63,7 @@ bool isItem(ColorMap* map, const char* text) {
 int ColorFill::init() {
   attrs.clear();
   thres.clear();
+  bad.clear();
   num_set = 0;
   name[0] = '\0';
   base = interval = Const::MISS;
@@ -131,6 +132,8 @@ int ColorFill::decodeItem(ColorMap* map, const char* item) {
     }
   }
   PlotAttr attr(text ? text : item);
+  const Strings unknown = PlotAttr::findBadItems(text ? text : item);
+  for (int i = 0; i < unknown.getNum(); ++i) bad.add(unknown.getString(i));
   if (map) attr.color = map->getInd(attr.name);
   return append(attr, text ? value : static_cast<float>(Const::MISS));
 }
@@ -181,6 +184,10 @@ int ColorFill::setValues(const float* values, int n) {
 }
 
 bool ColorFill::areValuesSet() const { return !thres.empty() && !Const::isMissing(thres[0]); }
+
+bool ColorFill::isVisible() const {
+  return std::any_of(attrs.begin(), attrs.end(), [](const PlotAttr& a) { return a.validColor(); });
+}
 
 float ColorFill::getValue(int i) const {
   return i >= 0 && i < getNum() ? thres[static_cast<std::size_t>(i)] : static_cast<float>(Const::MISS);

@@ -40,7 +40,7 @@ int Figure::open(const char* params) {
   return 1;
 }
 
-int Figure::setParam(const char* params) {
+std::span<const ParamKey<Figure>> Figure::getKeys() {
   using enum ParamMatch;
   using Key = ParamKey<Figure>;
   static constexpr Key KEYS[] = {
@@ -49,9 +49,11 @@ int Figure::setParam(const char* params) {
        [](Figure& f, const ParamItem& i) {
          f.refresh = 1;
          std::sscanf(i.after(), "%9d", &f.refresh);
-       }},
+       },
+       ParamForm::Numbers},
       {"norefresh", Is, [](Figure& f, const ParamItem&) { f.refresh = 0; }},
-      {"nf", Begins, [](Figure& f, const ParamItem& i) { std::sscanf(i.from(3), "%9d", &f.num_frame); }},
+      {"nf", Begins, [](Figure& f, const ParamItem& i) { std::sscanf(i.from(3), "%9d", &f.num_frame); },
+       ParamForm::Number},
       {"nobord", Is, [](Figure& f, const ParamItem&) { f.border = 0; }},
       {"linc", Begins,
        [](Figure& f, const ParamItem& i) {
@@ -59,10 +61,15 @@ int Figure::setParam(const char* params) {
          // A loop without step would stand still.
          if (std::sscanf(i.from(5), "%9d", &minutes) == 1 && minutes > 0)
            f.step = std::min(minutes, MAX_STEP / 60) * 60;
-       }},
+       },
+       ParamForm::Number},
   };
-  return setParams(KEYS, params, *this);
+  return KEYS;
 }
+
+int Figure::setParam(const char* params) { return setParams(getKeys(), params, *this); }
+
+void Figure::explain(ParamAnswer& answer) { answer.ask(getKeys()); }
 
 int Figure::setForeTime(const char* text) {
   int first = 0, last = 0, by = 0;

@@ -158,7 +158,10 @@ void Figure::showFrame(Date& date, const char* fore) {
 int Figure::drawFrame(Date& date) {
   if (Kyv::checkMessage(6)) {
     String text;
-    date.toText(text);
+    Date shown = date;
+    Drawing* layer = findLoopLayer();
+    if (layer && layer->setFilename(date, "")) layer->getDataTime(shown);
+    shown.toText(text);
     Kyv::outMessage(6, "Plotting for time: %s\n", text.get());
   }
   for (Item& item : queue) {

@@ -112,12 +112,12 @@ int Graph::loadFont() {
   font_type = STROKE_FONT;
   if (*font_spec != '#' && font.read(font_spec)) return 1;
   if (!StrLib::equal(font_spec, DEFAULT_FONT)) {
-    Kyv::outWarning("setFont: unable to load font: %s, using modern\n", font_spec);
+    Kyv::report(Kyv::MISC, "setFont: unable to load font: %s, using modern\n", font_spec);
     StrLib::copy(font_spec, DEFAULT_FONT);
     if (font.read(font_spec)) return 1;
   }
-  Kyv::outWarning("Graph: no font file %s, so no text is drawn; name the directory of the data files with -fp\n",
-                  font_spec);
+  Kyv::report(Kyv::MISC, "Graph: no font file %s, so no text is drawn; name the directory of the data files with -fp\n",
+              font_spec);
   return 0;
 }
 

@@ -31,6 +31,10 @@ const char* deviceName(char letter) {
   return row == std::end(DEVICES) ? "display" : row->name;
 }
 
+// What users call them, each of which may be cut short.
+constexpr const char* DEVICE_WORDS[] = {"display", "window", "x11",  "xwindow",  "postscript",
+                                        "ps",      "hpgl",   "meta", "metafile", "raster"};
+
 // The drawing flags that a keyword of `draw` stands for.
 struct DrawKeyword {
   const char* name;
@@ -59,14 +63,30 @@ bool namesDisplay(const char* options) {
   return tokenAfter(tokens, "co=") || StrLib::valid(std::getenv("DISPLAY"));
 }
 
-bool namesImage(const char* output) {
+}  // namespace
+
+bool Plot::isPicture(const char* output) {
   for (const char* kind : {"gif", "png"}) {
     if (StrLib::iequal(output, kind, 3) || StrLib::iequal(output, kind, -3)) return true;
   }
   return false;
 }
 
-}  // namespace
+bool Plot::isDevice(const char* word, NearWord& near, const char*& used) {
+  used = deviceName(*word);
+  for (const char* name : DEVICE_WORDS) near.offer(name);
+  return std::any_of(std::begin(DEVICE_WORDS), std::end(DEVICE_WORDS),
+                     [word](const char* name) { return std::string_view(name).starts_with(word); });
+}
+
+bool Plot::isDrawWord(const char* word, NearWord& near) {
+  if (StrLib::iequal(word, "none")) return true;
+  for (const DrawKeyword& k : KEYWORDS) {
+    if (StrLib::iequal(word, k.name)) return true;
+    near.offer(k.name);
+  }
+  return false;
+}
 
 Plot::Plot() { init(); }
 
@@ -112,8 +132,8 @@ int Plot::openColors(const Strings& params) {
   const char* table = tokenAfter(params, "ct=");
   if (!table) table = Kyv::resrc.get("color_table", "kyv.clr");
   if (!ColorFile::read(table, color_map)) {
-    Kyv::outWarning("Plot: no colour table %s; name one with -ct, or the directory of the data files with -fp\n",
-                    table);
+    Kyv::report(Kyv::BADPARAM,
+                "Plot: no colour table %s; name one with -ct, or the directory of the data files with -fp\n", table);
   }
   for (int i = 0; i < color_map.getNum(); ++i) allocColor(i);
   return 1;
@@ -153,9 +173,10 @@ int Plot::open(const char* params) {
   const char* text = params ? params : "";
   const Strings tokens(text, ',');
   const char* output = Kyv::resrc.get("output", "");
-  image_output = namesImage(output) ? 1 : 0;
+  image_output = isPicture(output) ? 1 : 0;
   if (*output && !image_output) {
-    Kyv::outWarning("Plot: %s is no picture that can be written, use a name that ends in .png or .gif\n", output);
+    Kyv::report(Kyv::BADPARAM, "Plot: %s is no picture that can be written, use a name that ends in .png or .gif\n",
+                output);
   }
   chooseDevice(tokens, text);
   prepareDevice(tokens, text);
@@ -178,7 +199,7 @@ int Plot::open(const char* params) {
   return 1;
 }
 
-int Plot::setParam(const char* params) {
+std::span<const ParamKey<Plot>> Plot::getKeys() {
   using enum ParamMatch;
   using Key = ParamKey<Plot>;
   static constexpr Key KEYS[] = {
@@ -188,23 +209,27 @@ int Plot::setParam(const char* params) {
          p.own_title = true;
          p.graph.setTitle(p.title);
        }},
-      {"bg", Begins, [](Plot& p, const ParamItem& i) { p.graph.setBackground(i.from(3)); }},
+      {"bg", Begins, [](Plot& p, const ParamItem& i) { p.graph.setBackground(i.from(3)); }, ParamForm::Background},
       {"ic", Begins,
        [](Plot& p, const ParamItem& i) {
          if (*i.from(3)) p.graph.setIcon(true);
        }},
-      {"col", Begins, [](Plot& p, const ParamItem& i) { p.label_color.copy(i.after()); }},
+      {"col", Begins, [](Plot& p, const ParamItem& i) { p.label_color.copy(i.after()); }, ParamForm::Color},
       {"pan", IBegins, [](Plot& p, const ParamItem& i) { StrLib::copy(p.panel_text, i.after()); }},
       {"full", Is, [](Plot& p, const ParamItem&) { p.full = 1; }},
       {"full_lab", Is, [](Plot& p, const ParamItem&) { p.full = 2; }},
       {"inv", Is, [](Plot& p, const ParamItem&) { p.graph.setInverse(true); }},
-      {"bar", IBegins, [](Plot& p, const ParamItem& i) { p.bar.setParam(i.from(4)); }},
+      {"bar", IBegins, [](Plot& p, const ParamItem& i) { p.bar.setParam(i.from(4)); }, ParamForm::Bar},
       {"lo", IBegins, [](Plot& p, const ParamItem& i) { p.logo.copy(i.after()); }},
       {"trans_col", IBegins, [](Plot& p, const ParamItem& i) { StrLib::copy(p.trans_color, i.after()); }},
-      {"tz", Begins, [](Plot& p, const ParamItem& i) { p.tz.set(i.from(3)); }},
+      {"tz", Begins, [](Plot& p, const ParamItem& i) { p.tz.set(i.from(3)); }, ParamForm::Zone},
   };
-  return setParams(KEYS, params, *this);
+  return KEYS;
 }
+
+int Plot::setParam(const char* params) { return setParams(getKeys(), params, *this); }
+
+void Plot::explain(ParamAnswer& answer) { answer.ask(getKeys()); }
 
 int Plot::setDrawing(const char* list) {
   const Strings words(list, ',');

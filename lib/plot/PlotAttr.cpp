@@ -27,25 +27,34 @@ void setName(PlotAttr& a, const char* text) {
   a.color = Const::MISS;  // that of the former name
 }
 
+// Whether a text can be the value.
+using Valid = bool (*)(const char* value);
+bool isAny(const char* v) { return StrLib::valid(v); }
+bool isNumber(const char* v) { return !Const::isMissing(StrLib::toFloat(v)); }
+bool isWhole(const char* v) { return !Const::isMissing(StrLib::toInt(v)); }
+bool isLineStyle(const char* v) { return !Const::isMissing(PlotAttr::parseLineStyle(v)); }
+bool isFillStyle(const char* v) { return !Const::isMissing(PlotAttr::parseFillStyle(v)); }
+
 struct Key {
   const char* key;
+  Valid valid;
   void (*set)(PlotAttr& attr, const char* value);
 };
 
 // Recognised by three characters, in any case; the value follows.
 constexpr Key KEYS[] = {
-    {"co=", setName},
-    {"la=", [](PlotAttr& a, const char* v) { StrLib::copy(a.label, v); }},
-    {"wi=", [](PlotAttr& a, const char* v) { setFloat(a.width, v); }},
-    {"sh=", [](PlotAttr& a, const char* v) { setInt(a.shadow, StrLib::toInt(v)); }},
-    {"st=", [](PlotAttr& a, const char* v) { setInt(a.style, PlotAttr::parseLineStyle(v)); }},
-    {"fo=", [](PlotAttr& a, const char* v) { StrLib::copy(a.font, v); }},
-    {"fi=", [](PlotAttr& a, const char* v) { setInt(a.fill, PlotAttr::parseFillStyle(v)); }},
-    {"fp=", [](PlotAttr& a, const char* v) { setInt(a.fill, PlotAttr::parseFillStyle(v)); }},
-    {"sc=", [](PlotAttr& a, const char* v) { setFloat(a.height, v); }},
-    {"hi=", [](PlotAttr& a, const char* v) { setFloat(a.height, v); }},
-    {"we=", [](PlotAttr& a, const char* v) { setFloat(a.weight, v); }},
-    {"te=", [](PlotAttr& a, const char* v) { setFloat(a.expansion, v); }},
+    {"co=", isAny, setName},
+    {"la=", isAny, [](PlotAttr& a, const char* v) { StrLib::copy(a.label, v); }},
+    {"wi=", isNumber, [](PlotAttr& a, const char* v) { setFloat(a.width, v); }},
+    {"sh=", isWhole, [](PlotAttr& a, const char* v) { setInt(a.shadow, StrLib::toInt(v)); }},
+    {"st=", isLineStyle, [](PlotAttr& a, const char* v) { setInt(a.style, PlotAttr::parseLineStyle(v)); }},
+    {"fo=", isAny, [](PlotAttr& a, const char* v) { StrLib::copy(a.font, v); }},
+    {"fi=", isFillStyle, [](PlotAttr& a, const char* v) { setInt(a.fill, PlotAttr::parseFillStyle(v)); }},
+    {"fp=", isFillStyle, [](PlotAttr& a, const char* v) { setInt(a.fill, PlotAttr::parseFillStyle(v)); }},
+    {"sc=", isNumber, [](PlotAttr& a, const char* v) { setFloat(a.height, v); }},
+    {"hi=", isNumber, [](PlotAttr& a, const char* v) { setFloat(a.height, v); }},
+    {"we=", isNumber, [](PlotAttr& a, const char* v) { setFloat(a.weight, v); }},
+    {"te=", isNumber, [](PlotAttr& a, const char* v) { setFloat(a.expansion, v); }},
 };
 
 constexpr int MAX_SHORT_FONT = 19;
@@ -53,12 +62,13 @@ constexpr int MAX_SHORT_FONT = 19;
 // Recognised by the first letter; the value follows it.
 struct Letter {
   char letter;
+  Valid valid;
   void (*set)(PlotAttr& attr, const char* value);
 };
 constexpr Letter LETTERS[] = {
-    {'w', [](PlotAttr& a, const char* v) { setFloat(a.width, v); }},
-    {'s', [](PlotAttr& a, const char* v) { setInt(a.style, StrLib::toInt(v)); }},
-    {'f',
+    {'w', isNumber, [](PlotAttr& a, const char* v) { setFloat(a.width, v); }},
+    {'s', isWhole, [](PlotAttr& a, const char* v) { setInt(a.style, StrLib::toInt(v)); }},
+    {'f', [](const char* v) { return *v == 'M' || isWhole(v); },
      [](PlotAttr& a, const char* v) {
        if (*v == 'M') {
          a.fill = Const::MISS;
@@ -66,23 +76,28 @@ constexpr Letter LETTERS[] = {
          setInt(a.fill, StrLib::toInt(v));
        }
      }},
-    {'h', [](PlotAttr& a, const char* v) { setFloat(a.height, v); }},
-    {'e', [](PlotAttr& a, const char* v) { setFloat(a.expansion, v); }},
+    {'h', isNumber, [](PlotAttr& a, const char* v) { setFloat(a.height, v); }},
+    {'e', isNumber, [](PlotAttr& a, const char* v) { setFloat(a.expansion, v); }},
     // The font stands behind three characters, as after "tf=".
-    {'t',
+    {'t', [](const char* v) { return StrLib::length(v) > 2; },
      [](PlotAttr& a, const char* v) {
        if (StrLib::length(v) > 2) StrLib::copy(a.font, static_cast<int>(sizeof a.font), v + 2, MAX_SHORT_FONT);
      }},
 };
 
-void parseItem(PlotAttr& attr, const char* item) {
+// Calls act(row, value) for the attribute that an item is; false when it is none.
+template <class Act>
+bool withAttribute(const char* item, Act act) {
   const Key* key =
       std::find_if(std::begin(KEYS), std::end(KEYS), [item](const Key& k) { return StrLib::iequal(item, k.key, 3); });
-  if (key != std::end(KEYS)) return key->set(attr, item + 3);
+  if (key != std::end(KEYS)) return act(*key, item + 3), true;
   const Letter* letter =
       std::find_if(std::begin(LETTERS), std::end(LETTERS), [item](const Letter& l) { return l.letter == *item; });
-  if (letter != std::end(LETTERS)) letter->set(attr, item + 1);
+  if (letter == std::end(LETTERS)) return false;
+  return act(*letter, item + 1), true;
 }
+
+Strings splitItems(const char* text) { return Strings(text, StrLib::index(text, ':') >= 0 ? ':' : ','); }
 
 struct Name {
   const char* name;
@@ -120,13 +135,26 @@ void take(T& field, T value) {
 
 int PlotAttr::parse(const char* text) {
   if (!StrLib::valid(text)) return 0;
-  const Strings items(text, StrLib::index(text, ':') >= 0 ? ':' : ',');
+  const Strings items = splitItems(text);
   int i = 0;
   if (items.index(0, '=') < 0) setName(*this, items.getString(i++));
   for (; i < items.getNum(); ++i) {
-    if (items.valid(i)) parseItem(*this, items.getString(i));
+    if (!items.valid(i)) continue;
+    withAttribute(items.getString(i), [this](const auto& row, const char* value) { row.set(*this, value); });
   }
   return 1;
+}
+
+Strings PlotAttr::findBadItems(const char* text) {
+  const Strings items = splitItems(StrLib::valid(text, ""));
+  Strings bad;
+  for (int i = items.index(0, '=') < 0 ? 1 : 0; i < items.getNum(); ++i) {
+    bool valid = false;
+    if (!items.valid(i)) continue;
+    withAttribute(items.getString(i), [&valid](const auto& row, const char* value) { valid = row.valid(value); });
+    if (!valid) bad.add(items.getString(i));
+  }
+  return bad;
 }
 
 int PlotAttr::update(const PlotAttr& other) {

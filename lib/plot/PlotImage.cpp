@@ -103,7 +103,7 @@ void Plot::drawLogo(const char* entry) {
   const String file(entry, colon < 0 ? StrLib::length(entry) : colon);
   graph.message("Logo: %s", file.get());
   Kyv::outMessage(8, "Logo: %s\n", file.get());
-  if (!placeImage(entry, page)) Kyv::outWarning("Logo not found: %s\n", file.get());
+  if (!placeImage(entry, page)) Kyv::report(Kyv::MISC, "Logo not found: %s\n", file.get());
 }
 
 int Plot::placeImage(const char* entry, bool page) {

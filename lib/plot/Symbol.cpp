@@ -31,7 +31,7 @@ int Symbol::read(const char* name) {
   String path;
   File file;
   if (!DataPath::find(name, path) || !file.openData(path.get())) {
-    Kyv::outWarning("Symbol_read: unable to load symbol file: %s\n", name ? name : "");
+    Kyv::report(Kyv::MISC, "Symbol_read: unable to load symbol file: %s\n", name ? name : "");
     return 0;
   }
   init();

@@ -90,8 +90,9 @@ int VarList::setFile(const char* file) {
   readable = DataPath::find(file, path) && in.openData(path.get());
   if (!readable) {
     if (!again) {
-      Kyv::outWarning("VarList: unable to read the variable file %s; name the directory of the data files with -fp\n",
-                      filename.get());
+      Kyv::report(Kyv::BADPARAM,
+                  "VarList: unable to read the variable file %s; name the directory of the data files with -fp\n",
+                  filename.get());
     }
     return 0;
   }
@@ -132,8 +133,8 @@ int VarList::process(const char* variable) {
   if (!unknown.valid()) return 1;
   // Without a file that has been said already.
   if (readable && !told.equal(variable)) {
-    Kyv::outWarning("VarList: no variable %.200s; the names that may be given stand in %s\n", unknown.get(),
-                    filename.get());
+    Kyv::report(Kyv::BADPARAM, "VarList: no variable %.200s; the names that may be given stand in %s\n", unknown.get(),
+                filename.get());
   }
   told.copy(variable);
   return 0;

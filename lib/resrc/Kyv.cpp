@@ -45,6 +45,12 @@ constexpr MessageClass CLASSES[] = {{"none", 0},    {"print", CLASS_PRINT},
                                     {"debug6", 18}, {"debug7", 19},
                                     {"debug8", 20}, {"debug", CLASS_LAST}};
 
+const MessageClass* findClass(const char* name) {
+  const auto found = std::find_if(std::begin(CLASSES), std::end(CLASSES),
+                                  [name](const MessageClass& c) { return StrLib::iequal(c.name, name); });
+  return found == std::end(CLASSES) ? nullptr : &*found;
+}
+
 // The bit of a class; class 0 and those that do not exist have none.
 constexpr std::uint32_t classBit(int n) { return n >= 1 && n <= CLASS_LAST ? 1u << (n - 1) : 0u; }
 // The bits of the classes 1 to n.
@@ -116,9 +122,8 @@ int Kyv::setMessageLevel(const char* spec) {
   for (int i = 0; i < items.getNum(); i++) {
     const char* item = StrLib::valid(items.getString(i), "");
     const char sign = *item == '+' || *item == '-' ? *item++ : '\0';
-    const auto found = std::find_if(std::begin(CLASSES), std::end(CLASSES),
-                                    [&](const MessageClass& c) { return StrLib::iequal(c.name, item); });
-    if (found == std::end(CLASSES)) continue;
+    const MessageClass* found = findClass(item);
+    if (!found) continue;
     if (!sign) {
       setMessageLevel(found->number);
     } else if (sign == '+') {
@@ -129,6 +134,8 @@ int Kyv::setMessageLevel(const char* spec) {
   }
   return 1;
 }
+
+bool Kyv::isMessageClass(const char* name) { return findClass(name) != nullptr; }
 
 std::uint32_t Kyv::getMessageLevel() { return mask; }
 

@@ -42,7 +42,7 @@ const Resrc::Entry* Resrc::find(const char* name) const {
 
 Resrc::Entry* Resrc::find(const char* name) { return const_cast<Entry*>(std::as_const(*this).find(name)); }
 
-int Resrc::add(const char* name, const char* value, int source) {
+int Resrc::add(const char* name, const char* value, int source, const std::string& place) {
   if (!name) return 0;
   // Copied before the old value goes: the new one may be a part of it.
   std::optional<std::string> text;
@@ -50,10 +50,11 @@ int Resrc::add(const char* name, const char* value, int source) {
   if (Entry* entry = find(name)) {
     entry->value = std::move(text);
     entry->source = source;
+    entry->place = place;
     return 1;
   }
   places.emplace(name, entries.size());
-  entries.push_back({name, std::move(text), source});
+  entries.push_back({name, std::move(text), source, place});
   return 1;
 }
 
@@ -128,6 +129,11 @@ int Resrc::scanf(const char* name, const char* format, ...) const {
 int Resrc::getType(const char* name) const {
   const Entry* entry = find(name);
   return entry ? entry->source : NONE;
+}
+
+std::string Resrc::getPlace(const char* name) const {
+  const Entry* entry = find(name);
+  return entry && !entry->place.empty() ? entry->place : StrLib::valid(name, "");
 }
 
 int Resrc::getValues(String& name, String& value, int next) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "KYV/DateTool.h"
+#include "KYV/FileTool.h"
 #include "KYV/Kyv.h"
 #include "KYV/KyvResrc.h"
 #include "KYV/NearWord.h"
@@ -143,21 +144,28 @@ void warnUnknown(const std::string& where, const std::string& name, const char* 
     if (*dash && item.cmdln) near.offer(item.cmdln);
     near.offer(StrLib::valid(item.name, ""));
   });
-  warnings.push_back(where + ": no such " + (*dash ? "option" : "resource") + near.question(dash) +
-                     (near.get().empty() ? "; it is ignored\n" : " It is ignored\n"));
+  warnings.push_back(where + ": " + near.explain(*dash ? "option" : "resource", "it is ignored", dash) + '\n');
 }
 
-// @param unasked  nobody has named the file
-void readFile(ResrcFile& file, const char* path, const char* tag, bool unasked, Accepted& accepted,
+// @param standard  the place is one where files are looked for when nobody says where
+void readFile(ResrcFile& file, const char* path, const char* tag, bool standard, Accepted& accepted,
               Warnings& warnings) {
-  if (!file.open(path)) return;
+  const bool unasked = standard && StrLib::equal(path, HERE);
+  if (!file.open(path)) {
+    if (!standard && *path && accepted.own.getNum() > 0 && !FileTool::isDir(path)) {
+      warnings.push_back("-" + std::string(DEFAULT_ABBREV) + " " + path +
+                         ": no resource file can be read there; its values are missed\n");
+    }
+    return;
+  }
   if (*tag && !file.isTag(tag)) file.setTag(tag);
   String entry;
   String value;
   while (file.get(entry, value) > 0) {
     bool matched = false;
     const auto take = [&](const char* name) {
-      if (!unasked || isHarmless(file, name, value.get(), warnings)) Kyv::resrc.add(name, value.get(), Resrc::FILE);
+      if (unasked && !isHarmless(file, name, value.get(), warnings)) return;
+      Kyv::resrc.add(name, value.get(), Resrc::FILE, file.getPlace() + ": " + name);
     };
     accepted.forEach([&](const ResrcDBItem& item) {
       if (!file.compare(item.name, entry.get())) return;
@@ -184,7 +192,7 @@ void readFiles(Accepted& accepted, Warnings& warnings) {
     if (place.starts_with('+')) {
       StrLib::copy(tag, place.c_str() + 1);
     } else {
-      readFile(file, place.c_str(), tag, standard && place == HERE, accepted, warnings);
+      readFile(file, place.c_str(), tag, standard, accepted, warnings);
     }
   }
 }
@@ -193,7 +201,7 @@ void readEnvironment(Accepted& accepted) {
   accepted.forEach([](const ResrcDBItem& item) {
     String value;
     if (ResrcEnv::get(Kyv::resrc, item.name, item.env, value)) {
-      Kyv::resrc.add(item.name, value.get(), Resrc::ENVIRON);
+      Kyv::resrc.add(item.name, value.get(), Resrc::ENVIRON, std::string("environment: ") + item.name);
     }
   });
 }
@@ -225,7 +233,7 @@ void readCommandLine(const Strings& args, Accepted& accepted, Warnings& warnings
       addPositional(position, value, accepted.positional);
     } else if (name.valid() && !isReadBefore(name)) {
       const char* known = findName(name.get(), accepted);
-      Kyv::resrc.add(known ? known : name.get(), value.get(), Resrc::CMDLINE);
+      Kyv::resrc.add(known ? known : name.get(), value.get(), Resrc::CMDLINE, "-" + std::string(name.get()));
       if (!known && accepted.own.getNum() > 0 && !name.equal(CURRENT_TIME)) {
         warnUnknown("-" + std::string(name.get()), name.get(), "-", accepted, warnings);
       }
@@ -239,7 +247,7 @@ void checkOwn(ResrcDBList& own, Warnings& warnings) {
     const char* value = Kyv::resrc.get(item->name);
     const OwnResrc::Option* option = OwnResrc::find(item->name);
     if (!value || !option || OwnResrc::isValue(option->kind, value)) continue;
-    warnings.push_back("-" + std::string(item->name) + " " + value + ": not " + OwnResrc::describe(option->kind) +
+    warnings.push_back(Kyv::resrc.getPlace(item->name) + " " + value + ": not " + OwnResrc::describe(option->kind) +
                        "; it is ignored\n");
     Kyv::resrc.add(item->name, "no", Kyv::resrc.getType(item->name));
   }

@@ -48,4 +48,12 @@ std::string NearWord::question(std::string_view before) const {
   return best.empty() ? "" : "; did you mean " + std::string(before) + best + "?";
 }
 
+std::string NearWord::explain(std::string_view what, std::string_view instead, std::string_view before) const {
+  std::string rest(instead);
+  if (!best.empty() && !rest.empty()) {
+    rest[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(rest[0])));
+  }
+  return "no such " + std::string(what) + question(before) + (best.empty() ? "; " : " ") + rest;
+}
+
 }  // namespace KYV

@@ -75,6 +75,24 @@ TEST(DateTool, LabelsByPrecisionAndZone) {
   }
 }
 
+// The rules of the zone tell the hour: one that is the same in summer and winter would be wrong.
+TEST(DateTool, ZonesByNameKnowSummerTime) {
+  const struct {
+    int month;
+    const char *zone, *label;
+  } CASES[] = {
+      {5, "America/Chicago", "1330 CDT  1 MAY 24"},         {1, "America/Chicago", "1230 CST  1 JAN 24"},
+      {5, "+America/Anchorage", "10:30 AM AKDT  1 MAY 24"}, {5, "-Asia/Kolkata", "12:00 AM IST [1830Z]  2 MAY 24"},
+      {5, "Asia/../Asia/Tokyo", "1830Z  1 MAY 24"},         {5, "../../../etc/localtime", "1830Z  1 MAY 24"},
+  };
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(c.zone);
+    String label;
+    EXPECT_EQ(1, DateTool::createLabel(Date(2024, c.month, 1, 18, 30, NOSEC), Timezone(c.zone), label));
+    EXPECT_STREQ(c.label, label.get());
+  }
+}
+
 TEST(DateTool, LabelsOfCoarseDates) {
   String label("old");
   EXPECT_EQ(1, DateTool::createLabel(Date(2024, 5, MISS, 3, MISS, NOSEC), label));

@@ -74,16 +74,17 @@ constexpr StandIn STAND_INS[] = {
 constexpr const char* NOW = "kyvcurtime=202405011903 PATH=.:/usr/bin:/bin";
 constexpr int APRIL_30 = 19844;  // 2024; days, 1 is 1 January 1970
 constexpr int DAY = 24 * 60;
+constexpr int TLX = 1, TTPA = 3044;  // source numbers of radars
 constexpr int LAST = DAY + 19 * 60;  // minutes from then
 constexpr const char* FILES[] = {
     "FILE",
-    "DIR/TLX/N0Q/N0Q_20240501_1801",
-    "DIR/N0Q/TLX/20240501/Level3_TLX_N0Q_20240501_1802.nids",
-    "DIR/KOUN_SDUS54_N0QTLX_202405011803",
-    "DIR/TLX_N0Q_2024_05_01_18_04_00",
+    "DIR/TLX/N0Q/N0Q_20240501_1841",
+    "DIR/N0Q/TLX/20240501/Level3_TLX_N0Q_20240501_1842.nids",
+    "DIR/KOUN_SDUS54_N0QTLX_202405011843",
+    "DIR/TLX_N0Q_2024_05_01_18_44_00",
     "DIR/SL.us008001/DF.of/DC.radar/DS.n0q/SI.tlx/sn.last",
     "DIR/SL.us008001/DF.of/DC.radar/DS.180z0/SI.ttpa/sn.last",
-    "DIR/2024/05/01/n0q_ktlx_1807",
+    "DIR/2024/05/01/n0q_ktlx_1847",
     // Of ten days and twelve and a half hours ago, and the last noon of a 31st.
     "DIR/nids/TLX/N0Q/N0Q_20240421_0633",
     "DIR/nids/TLX/N0Q/N0Q_20240331_1200",
@@ -91,12 +92,12 @@ constexpr const char* FILES[] = {
 
 // A product in which every option shows: all levels, near and far, a storm as symbol and in a table, its time in a
 // label.
-std::vector<unsigned char> product(int day, int minute) {
+std::vector<unsigned char> product(int day, int minute, int source) {
   std::vector<int> levels = {0x8002};
   std::vector<NidsBuilder::Run> runs;
   for (int i = 1; i < 16; ++i) levels.push_back(5 * i), runs.push_back({7, i});
   NidsBuilder b;
-  b.header(38, 1).location(35.333f, -97.278f).thresholds(levels).volumeTime(day, minute * 60);
+  b.header(38, source).location(35.333f, -97.278f).thresholds(levels).volumeTime(day, minute * 60);
   b.packet(15, {0, 200, 0, 200, 'A', '0'}).radials(115);
   for (int i = 0; i < 360; i += 12) b.radial(static_cast<float>(i), 2.0f, runs);
   b.page();
@@ -161,10 +162,13 @@ class Reader {
       char name[80];
       std::snprintf(name, sizeof name, "DIR/nids/TLX/N0Q/N0Q_%d_%02d%02d", day ? 20240501 : 20240430, minute % DAY / 60,
                     minute % 60);
-      write(name, product(APRIL_30 + day, minute % DAY));
+      write(name, product(APRIL_30 + day, minute % DAY, TLX));
     }
-    int minute = 18 * 60;
-    for (const char* name : FILES) write(name, product(APRIL_30 + 1, minute++));
+    int minute = 18 * 60 + 40;
+    for (const std::string name : FILES) {
+      const int source = name.find("ttpa") == std::string::npos ? TLX : TTPA;
+      write(name, product(APRIL_30 + 1, minute++, source));
+    }
     for (const StandIn& s : STAND_INS) write(s.name, {s.content.begin(), s.content.end()});
     std::filesystem::permissions(program.path("lpr"), std::filesystem::perms::owner_all);
     write("errors", {});

@@ -72,7 +72,7 @@ TEST_F(TrustRun, TheStatusTellsTheGravestFailure) {
       {"no product", "-ou a.png text", NODATA},
       {"one of several", "-ou a.gif p.nids gone.nids p.nids", NOFILE},
       {"no display", "p.nids", NOGRAPH},
-      {"an unknown device", "-de nosuch p.nids", NOGRAPH},
+      {"an unknown device", "-de nosuch p.nids", BADPARAM},
       {"a full disk", "-ou png:/dev/full p.nids", NOWRITE},
       {"a page on a full disk", "-de postscript,/dev/full p.nids", NOWRITE},
       {"no such folder to make", "-ou text/a.png p.nids", NOWRITE},
@@ -160,30 +160,6 @@ TEST_F(TrustRun, APlotHasStandardOutputForItself) {
   EXPECT_EQ(0u, program.read("a.ps").find("%!PS"));
 }
 
-TEST_F(TrustRun, UnknownNamesAreSaidWithTheOneThatWasMeant) {
-  const struct {
-    const char* arguments;
-    const char* said;
-  } CASES[] = {
-      {"-strct", "-strct: no such option; did you mean -strict?"},
-      {"--geometri=9x9", "-geometri: no such option; did you mean -geometry?"},
-      {"-zzz 5", "-zzz: no such option; it is ignored"},
-      {"-mx 2y", "-max_age 2y: not minutes"},
-      {"-df kyv.res", "kyv.res:2: titel: no such resource; did you mean title?"},
-  };
-  write("kyv.res", "# a comment\n*.titel: Map\nother.thing: 5\n*.title: Map\n");
-  for (const auto& c : CASES) {
-    SCOPED_TRACE(c.arguments);
-    const Program::Result r = program.run(std::string("-ou a.png ") + c.arguments + " -- p.nids");
-    EXPECT_NE(std::string::npos, r.output.find(c.said)) << r.output;
-    EXPECT_TRUE(std::filesystem::exists(program.path("a.png")));
-  }
-  const std::string quiet = program.run("-ou a.png -cur_time=1700000000 --ti x -pd=us -- p.nids").output;
-  EXPECT_EQ(std::string::npos, quiet.find("no such")) << quiet;
-  write("-x.nids", program.read("p.nids"));
-  EXPECT_EQ(0, program.run("-strict -ou b.png -- -x.nids").status) << "a name that looks like an option";
-}
-
 TEST_F(TrustRun, FilesThatNobodyNamedNeitherRunNorWrite) {
   write("kyv.cfg",
         "*.filename: \"|touch pwned\"\n*.device: \"postscript,evil.ps\"\n*.output: evil.png\n*.title: Mine\n");
@@ -247,7 +223,7 @@ TEST_F(TrustRun, AnEncryptedBodyIsTheOnlyThingSaid) {
     if (packed) body = NidsBuilder::bzip2Stream(body);
     body.insert(body.begin(), bytes.begin(), bytes.end());
     program.write("r3.nids", body);
-    const Program::Result r = program.run("-strict -me 3 -ou a.png r3.nids");
+    const Program::Result r = program.run("-strict -me warn -ou a.png r3.nids");
     EXPECT_EQ(NODATA, r.status);
     EXPECT_NE(std::string::npos, r.output.find("r3.nids is encrypted and cannot be read\n")) << r.output;
     EXPECT_EQ(std::string::npos, r.output.find("drawn")) << r.output;
@@ -294,6 +270,55 @@ TEST_F(TrustRun, OldDataAreMarkedWithTheirAge) {
     EXPECT_EQ(*c.label != 0, r.output.find(" OLD") != std::string::npos) << r.output;
     EXPECT_NE(std::string::npos, r.output.find(c.label)) << r.output;
     EXPECT_EQ(*c.label != 0, isMarked(arguments));
+  }
+}
+
+TEST_F(TrustRun, AProductOfAnotherRadarIsNotPassedOff) {
+  const struct {
+    const char* id;
+    int source;
+    const char* said;
+  } CASES[] = {{"KTLX", 1, ""},
+               {"tlx", 1, ""},
+               {"KFTG", 1, "p.nids is a product of radar KTLX, not of KFTG"},
+               {"KTLX", 9999, ""},  // unknown, yet at its place
+               {"KFTG", 9999, "p.nids is a product of radar 9999 AT 35.33, -97.28, not of KFTG"},
+               {"mine", 9999, ""}};
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(std::string(c.id) + " " + std::to_string(c.source));
+    NidsBuilder b = product();
+    b.header(19, c.source);
+    program.write("p.nids", b.bytes());
+    const std::string arguments = std::string("-id ") + c.id + " p.nids";
+    const Program::Result r = program.run("-strict -ou a.png " + arguments);
+    EXPECT_EQ(*c.said ? NODATA : NOERR, r.status) << r.output;
+    EXPECT_EQ(*c.said != 0, r.output.find("of radar") != std::string::npos) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find(c.said)) << r.output;
+    EXPECT_EQ(*c.said != 0, isMarked(arguments));
+  }
+}
+
+TEST_F(TrustRun, TimesAreThoseOfTheData) {
+  NidsBuilder b = product();
+  b.volumeTime(15846, 73003);  // 20 May 2013, 20:16:43
+  program.write("p.nids", b.bytes());
+  program.write("TLX_19R_201305202016", b.bytes());
+  // Of a named file, and of each of a list.
+  EXPECT_NE(std::string::npos, program.run("-ou a.png p.nids").output.find("for time: 20:16:43Z 20 MAY 2013"));
+  // What was found for now and is older than an hour; not what was asked for.
+  const struct {
+    const char* arguments;
+    bool said;
+  } CASES[] = {{"-cur_time '#201305202145'", true},
+               {"-cur_time '#201305202115'", false},
+               {"-cur_time '#201305202145' -cu '#201305202020'", false},
+               {"-cur_time '#201305202145' -cu 1", false}};
+  for (const auto& c : CASES) {
+    const std::string out =
+        program.run(std::string("-strict -id TLX -ty 19R -if %D/%i_%t_%Y%m%d%h%n,min=1440 -ou a.png ") + c.arguments)
+            .output;
+    EXPECT_EQ(c.said, out.find(" OLD; -mx AGE marks") != std::string::npos) << c.arguments << out;
+    EXPECT_NE(std::string::npos, out.find("Created")) << c.arguments << out;
   }
 }
 
