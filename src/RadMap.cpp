@@ -8,9 +8,9 @@
 #include "KYV/CityData.h"
 #include "KYV/CityTool.h"
 #include "KYV/DateTool.h"
+#include "KYV/FileTool.h"
 #include "KYV/Kyv.h"
 #include "KYV/MapPlot.h"
-#include "KYV/NidsDamage.h"
 #include "KYV/OwnResrc.h"
 #include "KYV/ParamTable.h"
 #include "KYV/Plot.h"
@@ -100,7 +100,7 @@ int RadMap::settle(int there) {
   if (there || !file.getSearch(search)) return there;
   Date date;
   file.getDate(date);
-  if (date.isSet() && file.setFile(date)) return 1;
+  if (date.isSet() && !file.isLatest() && file.setFile(date)) return 1;
   if (search.equal(reported.get())) return 0;
   reported.copy(search);
   Kyv::report(Kyv::NOFILE, "RadMap: No file found\n%s", search.get());
@@ -283,12 +283,17 @@ int RadMap::draw(Plot& surface) {
     info = ahead_info;
   } else if (!nids->open(file.getName())) {
     Kyv::report(Kyv::NOFILE, "RadMap: Unable to open file: %s\n", file.getName());
+    if (FileTool::isFifo(file.getName())) {
+      Kyv::outWarning("  It is a pipe and no file; - reads standard input, <(COMMAND) what a command writes\n");
+    }
     return 0;
   }
   ahead.reset();
   Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
   if (!begun && !nids->readHeader(info)) return Kyv::note(Kyv::NODATA), 0;
   readVariables();
+  excess.reset();
+  has_shapes = false;
   // A user's list of maps takes the place of the layer's own.
   const bool maps = map && !vars.isMap();
   if (maps) drawMap(surface, "under,nolalo");
@@ -324,7 +329,11 @@ void RadMap::tellDamage(Plot& surface) {
     return;
   }
   NidsDamage damage;
-  if (!nids->getDamage(damage)) return;
+  if (!nids->getDamage(damage)) {
+    if (!excess) return;
+    damage = *excess;
+  }
+  if (has_shapes) damage.empty = false;
   Kyv::report(damage.empty ? Kyv::NODATA : Kyv::NOINPUT, "%s %s; what was read is drawn\n", file.getName(),
               damage.toText().get());
   surface.addNotice(damage.toLabel().get());

@@ -336,7 +336,7 @@ int RadMap::drawImage(Plot& surface) {
   } while (nids->readPacket() > 0);
   constexpr int DIVIDER = 0xFFFF;
   const int last = nids->getPacketCode();
-  passed_over = passed_over || (last > 0 && last != DIVIDER);
+  passed_over = !nids->hasStopped() && (passed_over || (last > 0 && last != DIVIDER));
 
   setLabels(surface);
   surface.setBar(painter.fill);

@@ -203,6 +203,9 @@ void RadMap::drawShapes(Plot& surface) {
   again.setQuiet(true);
   if (!again.open(file.getName()) || again.readShapes(shapes) <= 0) return;
 
+  has_shapes = true;
+  NidsDamage damage;
+  if (again.getDamage(damage) && damage.kind == NidsDamage::EXCESS) excess = damage;
   const DataPlane plane(nids->getDomainVal(), EarthPoint(info.lat, info.lon), surface);
   const PlotAttr attr = getDataAttr(surface);
   DatumPlot datums(surface);

@@ -85,6 +85,8 @@ class Filename {
   bool isSet() const { return is_set; }
   /// Whether the name stays the same for all dates.
   bool isFixed() const { return fixed; }
+  /// Whether the latest file was looked for last, through all the periods that may hold it.
+  bool isLatest() const { return latest; }
   /// Whether the chosen file is there; standard input always is.
   bool exist() const;
   /// Where the search looked that found no file, a line each; empty for names that are not searched.
@@ -106,6 +108,7 @@ class Filename {
   int setListed(const Date& d);
 
   bool is_set = false;
+  bool latest = false;
   bool fixed = false;
   char type[30] = "";
   String name;

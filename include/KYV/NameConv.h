@@ -31,8 +31,9 @@ struct TimeSpec;
 class NameConv {
  public:
   static constexpr int MAX_KEY = 20;
-  static constexpr int MAX_ANY = 80;        // characters of %?
-  static constexpr int MAX_LIMIT = 200000;  // periods that a search goes through at most, 139 days of minutes
+  static constexpr int MAX_ANY = 80;  // characters of %?
+  static constexpr int MAX_LIMIT =
+      200000;  // periods that a search goes through at most in all directories, 139 days of minutes
 
   NameConv() = default;
   explicit NameConv(const char* spec) { set(spec); }

@@ -14,7 +14,8 @@ struct NidsDamage {
     CUT,     // the file ends before the message does
     BROKEN,  // a compressed stream cannot be unpacked any further
     FRAME,   // the message is whole, the end of its frame is missing
-    ANGLE    // radials stop at an angle that cannot be
+    ANGLE,   // radials stop at an angle that cannot be
+    EXCESS   // it has more to draw than any product
   };
 
   Kind kind = CUT;
@@ -25,7 +26,9 @@ struct NidsDamage {
   int wanted = 0;             // and those that it claims; 0 without an image
   bool rows = false;          // rows, not radials
   float angle = Const::MISS;  // degrees, of ANGLE
-  bool empty = false;         // nothing at all of the body could be read
+  const char* share = "";     // of EXCESS: what there is too much of, and how much was read
+  std::int64_t most = 0;
+  bool empty = false;  // nothing at all of the body could be read
 
   /// A line for the user, without the file's name: "ends at byte 9000 of 17578, in the symbology block, after 166 of
   /// 360 radials".

@@ -157,12 +157,18 @@ class NidsFile {
 
   /// Whether the body is encrypted, so that nothing of it can be read.
   bool isEncrypted() const { return data_type == ENCRYPTED; }
+  /// Whether reading has stopped because the product has more to draw than any.
+  bool hasStopped() const { return excess != NUM_SHARE; }
   /// Reads what is left, and tells what the product promised and the file did not hold; false for a whole product.
   /// After the packets: the image that readData() delivered counts.
   bool getDamage(NidsDamage& d);
 
  private:
   enum DataType { PLAIN = 0, ENCRYPTED = 2, BZIP2 = 3 };
+  // What a product may have to draw.
+  enum Share { CELLS, TEXTS, CHARACTERS, POINTS, BARBS, SYMBOLS, NUM_SHARE };
+  bool spend(Share share, std::int64_t n);
+  std::int64_t getShare(Share share) const;
   bool endsFrame(std::int64_t size);
   void noteImage(int got, int wanted, bool rows);
   KYV_PRINTF(2, 3) void warn(const char* format, ...) const;
@@ -188,7 +194,7 @@ class NidsFile {
   int skipRest();
   int readPacketHead(const NidsPacket& packet);
   int graphicHead(bool divided);
-  int clampCount(int count, int limit, const char* what);
+  int clampCount(int count, int limit);
   float levelValue(int level) const;
   float thresValue(int level) const;
   // Image.
@@ -281,6 +287,9 @@ class NidsFile {
   int image_wanted = 0;
   bool image_rows = false;
   float bad_angle = Const::MISS;  // of the radial at which an image stops
+  bool clamped = false;           // an image claims more than any has
+  std::int64_t spent[NUM_SHARE] = {};
+  int excess = NUM_SHARE;  // the share of which the product has more than it may: reading has stopped there
 };
 
 }  // namespace KYV

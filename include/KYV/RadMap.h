@@ -2,11 +2,13 @@
 #define KYV_RADMAP_H
 
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "KYV/Drawing.h"
 #include "KYV/Filename.h"
 #include "KYV/Listener.h"
+#include "KYV/NidsDamage.h"
 #include "KYV/NidsData.h"
 #include "KYV/NidsFile.h"
 #include "KYV/NidsInfo.h"
@@ -130,9 +132,11 @@ class RadMap : public Drawing, public Listener {
   NidsInfo ahead_info;
   NidsInfo info;
   NidsData ndata;
-  Date newest;               // of the file that the resources have chosen
-  bool told_age = false;     // that the data found for now are old
-  bool passed_over = false;  // whether the product has packets that its image does not show
+  bool has_shapes = false;           // whether the product's symbols, tracks or contours were drawn
+  std::optional<NidsDamage> excess;  // of those
+  Date newest;                       // of the file that the resources have chosen
+  bool told_age = false;             // that the data found for now are old
+  bool passed_over = false;          // whether the product has packets that its image does not show
 };
 
 }  // namespace KYV

@@ -1,5 +1,6 @@
 #include "KYV/File.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -49,6 +50,21 @@ std::FILE* startPipe(const char* command, bool writing) {
   return fp;
 }
 
+// Opens a file for reading without waiting: a named pipe that nobody writes to would hang, and is no file. What a shell
+// puts in the place of a command, <(COMMAND), is one of the descriptors that it leaves open.
+std::FILE* openReader(const char* path, const char* mode) {
+  const bool given = StrLib::equal(path, "/dev/", 5) || StrLib::equal(path, "/proc/", 6);
+  const int fd = ::open(path, (std::strchr(mode, '+') ? O_RDWR : O_RDONLY) | O_NONBLOCK | O_CLOEXEC);
+  if (fd < 0) return nullptr;
+  struct stat info = {};
+  if (fstat(fd, &info) != 0 || (S_ISFIFO(info.st_mode) && !given)) {
+    ::close(fd);
+    return errno = ESPIPE, nullptr;
+  }
+  fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+  return fdopen(fd, mode);
+}
+
 }  // namespace
 
 // What a handle holds while it reads a URL.
@@ -83,7 +99,8 @@ int File::open(const char* name, const char* mode) {
   if (mode[0] == 'p') return openPipe(name, mode + 1);
   const bool reading = mode[0] == 'r';
   if (isUrl(name)) return reading ? openUrl(name) : 0;
-  if (name[0] == '|') return openPipe(name + 1, reading ? "r" : "w");
+  // A file may have such a name, which a shell puts in the place of '*'.
+  if (name[0] == '|' && !(reading && FileTool::isFile(name))) return openPipe(name + 1, reading ? "r" : "w");
 
   access = reading || std::strchr(mode, '+') ? 0 : 1;
   if (FileTool::isStdio(name)) {
@@ -97,7 +114,9 @@ int File::open(const char* name, const char* mode) {
     if (!reading) FileTool::makeDir(path.get());
     errno = 0;
     // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): close() knows whose the stream is
-    fp = mode[0] == 'w' && OutputFile::isWhole(path.get()) ? output.open(path.get()) : std::fopen(path.get(), mode);
+    fp = mode[0] == 'w' && OutputFile::isWhole(path.get()) ? output.open(path.get())
+         : reading                                         ? openReader(path.get(), mode)
+                                                           : std::fopen(path.get(), mode);
     if (!fp) return fault = errno, 0;
     if (isDirectory(fp)) {
       std::fclose(fp);  // NOLINT(cppcoreguidelines-owning-memory)

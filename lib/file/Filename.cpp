@@ -26,6 +26,11 @@ int Filename::setLiteral(const char* text) {
 // Takes over what the convention has found, or the name that it would have.
 int Filename::take(int there, const NameConvFile& found) {
   name.copy(conv.getName());
+  // The name of a file, though a template may come from anywhere.
+  if (name.getChar(0) == '|') {
+    name.copy("./");
+    name.append(conv.getName());
+  }
   hdr.copy(found.getHeader());
   StrLib::copy(type, found.getType());
   StrLib::copy(param, found.getParam());
@@ -34,6 +39,7 @@ int Filename::take(int there, const NameConvFile& found) {
   is_set = name.valid();
   fixed = false;
   search.clear();
+  latest = false;
   if (!there) conv.getSearch(search);
   return there;
 }
@@ -42,6 +48,8 @@ int Filename::setLatest(const char* spec) {
   own.clear();
   NameConvFile found;
   const int there = take(conv.setLatest(spec, found), found);
+  const TimeSpec time(StrLib::valid(spec, "la"));
+  latest = time.latest && time.shift == 0;
   base_date = date;
   if (base_date.isSet()) base_date.fix();
   return there;

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -67,7 +67,8 @@ std::string toWord(const Pattern& pattern) {
   return word.starts_with("'-") || word.starts_with('?') ? "./" + word : word;
 }
 
-bool hasFiles(const Pattern& pattern) {
+// The files that fit a pattern, sorted.
+std::vector<std::string> findFiles(const Pattern& pattern) {
   std::string text;
   for (const Part& part : pattern) {
     for (const char c : part.text) {
@@ -76,9 +77,41 @@ bool hasFiles(const Pattern& pattern) {
     }
   }
   glob_t names = {};
-  const bool any = glob(text.c_str(), GLOB_NOSORT, nullptr, &names) == 0;
+  std::vector<std::string> files;
+  if (glob(text.c_str(), 0, nullptr, &names) == 0) files.assign(names.gl_pathv, names.gl_pathv + names.gl_pathc);
   globfree(&names);
-  return any;
+  return files;
+}
+
+// Names in as many columns as fit, along the lines, as ls -x writes them: a command line could not hold so many. Bytes
+// that a terminal could take for commands are shown as '?'.
+void writeColumns(std::vector<std::string> names) {
+  constexpr std::size_t WIDTH = 80, GAP = 2;  // characters of a line; between columns
+  for (std::string& name : names) {
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
+  }
+  std::vector<std::size_t> widths;
+  std::size_t columns = std::min(names.size(), WIDTH / (GAP + 1));
+  for (; columns > 1; --columns) {
+    widths.assign(columns, 0);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      std::size_t& width = widths[i % columns];
+      width = std::max(width, names[i].size() + (i % columns + 1 < columns ? GAP : 0));
+    }
+    if (std::accumulate(widths.begin(), widths.end(), std::size_t{0}) < WIDTH) break;
+  }
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const bool last = columns < 2 || i % columns + 1 == columns || i + 1 == names.size();
+    text += names[i];
+    if (last) {
+      text += '\n';
+    } else {
+      text.append(widths[i % columns] - names[i].size(), ' ');
+    }
+  }
+  Kyv::print(text.c_str());
 }
 
 // The names of a convention in directory i of its lists: one pattern or, in any spelling, one for each form of a key.
@@ -156,7 +189,7 @@ std::vector<Pattern> findPatterns(const NameConv& conv) {
   for (const bool anySpelling : {false, true}) {
     for (int i = 0; i < num; ++i) {
       std::vector<Pattern> patterns = getPatterns(conv, i, anySpelling);
-      std::erase_if(patterns, [](const Pattern& pattern) { return !hasFiles(pattern); });
+      std::erase_if(patterns, [](const Pattern& pattern) { return findFiles(pattern).empty(); });
       if (!patterns.empty()) return patterns;
     }
   }
@@ -167,11 +200,16 @@ std::vector<Pattern> findPatterns(const NameConv& conv) {
 
 void Filename::listFile() {
   std::string command = "ls -x";
-  for (const Pattern& pattern : findPatterns(conv)) command += " " + toWord(pattern);
+  std::vector<std::string> names;
+  for (const Pattern& pattern : findPatterns(conv)) {
+    command += " " + toWord(pattern);
+    const std::vector<std::string> more = findFiles(pattern);
+    names.insert(names.end(), more.begin(), more.end());
+  }
   Kyv::outMessage(4, "SEARCH: %s\n", command.c_str());
-  std::fflush(stdout);
-  if (std::system(command.c_str()) != 0) Kyv::outMessage(4, "No file fits\n");
-  Kyv::exit(Kyv::NOERR);
+  writeColumns(names);
+  if (names.empty()) Kyv::outMessage(4, "No file fits\n");
+  Kyv::exit(names.empty() && Kyv::getResrcBool("strict") ? Kyv::NOFILE : Kyv::NOERR);
 }
 
 }  // namespace KYV

@@ -65,13 +65,14 @@ bool NameConv::findDate(const Date& d, NameLookup& lookup) {
   return false;
 }
 
-// Goes through the periods from a start, in each directory in turn.
+// Goes through the periods from a start, in each directory in turn: no more of both together than one directory may
+// have.
 bool NameConv::findBack(const Date& start, int direction, int tries, NameLookup& lookup) {
   Date d;
   npath = 1;
   for (cpath = 0; cpath < npath; ++cpath) {
     d = start;
-    for (int i = 0; i < tries; ++i) {
+    for (int i = 0; i < std::min(tries, std::max(MAX_LIMIT / std::max(npath, 1), 1)); ++i) {
       Kyv::outDebug(3, "LATE:%d %d %d %d %d\n", d.year, d.month, d.day, d.hour, d.min);
       if (hasFile(d, lookup)) return true;
       if (std::abs(d - start) > std::abs(last_date - start)) last_date = d;

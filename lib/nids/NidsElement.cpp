@@ -124,7 +124,7 @@ float NidsFile::thresValue(int level) const {
 }
 
 int NidsFile::readVector(NidsVector& v) {
-  if (!opened || !isPacketVector() || num + VECTOR_LENGTH > len) return 0;
+  if (!opened || !isPacketVector() || num + VECTOR_LENGTH > len || !spend(POINTS, 2)) return 0;
   short x1 = 0;
   short y1 = 0;
   short x2 = 0;
@@ -150,6 +150,7 @@ int NidsFile::readText(NidsText& t) {
   if (!opened || !text_pending) return 0;
   text_pending = false;
   const int n = std::min(len, static_cast<int>(sizeof t.data) - 1);
+  if (!spend(TEXTS, 1) || !spend(CHARACTERS, n)) return 0;
   unsigned char text[sizeof t.data] = {};
   if (readBytes(text, n) != 1) return -1;
   std::copy_n(text, sizeof t.data, t.data);
@@ -167,7 +168,7 @@ int NidsFile::skipText() {
 }
 
 int NidsFile::readWind(NidsWind& w) {
-  if (!opened || !isPacketWindbarb() || num + BARB_LENGTH > len) return 0;
+  if (!opened || !isPacketWindbarb() || num + BARB_LENGTH > len || !spend(BARBS, 1)) return 0;
   short level = 0;
   short x = 0;
   short y = 0;

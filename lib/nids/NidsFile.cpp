@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdint>
+#include <iterator>
 #include <span>
 
 #include "KYV/Kyv.h"
@@ -49,6 +50,9 @@ int NidsFile::init() {
   message_start = 0;
   packets = image_got = image_wanted = 0;
   bad_angle = Const::MISS;
+  std::fill(std::begin(spent), std::end(spent), 0);
+  excess = NUM_SHARE;
+  clamped = false;
   raw.init(SEGMENT);
   in.init(SEGMENT);
   out.init(BZIP2_OUTPUT);

@@ -80,8 +80,8 @@ void NidsFile::describe(NidsData& d) {
 int NidsFile::readData(NidsData& d) {
   describe(d);
   if (!opened) return 1;
-  if (isPacketRadial()) readRadials(d);
-  if (isPacketRastor() || isPacketDpa()) readRows(d);
+  if (isPacketRadial() && spend(CELLS, std::int64_t{std::min(nrad, MAX_RADIALS)} * nbin)) readRadials(d);
+  if ((isPacketRastor() || isPacketDpa()) && spend(CELLS, std::int64_t{nx} * nx)) readRows(d);
   return 1;
 }
 

@@ -81,14 +81,13 @@ int NidsFile::skipRest() {
 }
 
 // A count that the file claims, kept within what a product can have.
-int NidsFile::clampCount(int count, int limit, const char* what) {
-  if (count <= limit) return count;
-  warn("%s claims %d %s, %d are read\n", file->getName(), count, what, limit);
-  return limit;
+int NidsFile::clampCount(int count, int limit) {
+  clamped = clamped || count > limit;
+  return std::min(count, limit);
 }
 
 int NidsFile::readPacket() {
-  if (!opened) return 0;
+  if (!opened || excess != NUM_SHARE) return 0;
   Kyv::outDebug(3, "Packets\n");
   if (skipRest() < 0) return -1;
   if (layer_done || (nbytes > 0 && bytes >= nbytes)) return 0;
@@ -154,7 +153,7 @@ int NidsFile::readPacketHead(const NidsPacket& packet) {
       unsigned short first = 0;
       if (!readFields(*this, first, bins, i, j, spare, n)) return 0;
       bin0 = first;
-      nbin = clampCount(bins, MAX_BINS, "range bins");
+      nbin = clampCount(bins, MAX_BINS);
       nrad = n;
       Kyv::outDebug(3, "Index of first range bin: %d\n", bin0);
       Kyv::outDebug(3, "Number of range bins: %d\n", nbin);
@@ -164,7 +163,7 @@ int NidsFile::readPacketHead(const NidsPacket& packet) {
     case Layout::Precip:
       if (!readFields(*this, spare, spare, bins, n)) return 0;
       ncol = bins;
-      nrow = clampCount(n, MAX_GRID, "rows");
+      nrow = clampCount(n, MAX_GRID);
       Kyv::outDebug(3, "Number of LFM boxes in row: %d\n", ncol);
       break;
     case Layout::Raster: {
@@ -173,7 +172,7 @@ int NidsFile::readPacketHead(const NidsPacket& packet) {
       pk_code = RASTOR;
       col0 = i;
       row0 = j;
-      nrow = clampCount(n, MAX_GRID, "rows");
+      nrow = clampCount(n, MAX_GRID);
       pack = packing;
       Kyv::outDebug(3, "I coordinate start: %d\n", col0);
       Kyv::outDebug(3, "J coordinate start: %d\n", row0);
@@ -248,7 +247,7 @@ int NidsFile::nextPacket() {
 }
 
 int NidsFile::graphicLayer() {
-  if (!opened || off_graph == 0) return 0;
+  if (!opened || off_graph == 0 || excess != NUM_SHARE) return 0;
   Kyv::outDebug(2, "Graphic Alphanumeric Layer\n");
   if (nbytes > bytes) readBytes(nullptr, nbytes - bytes);  // what the caller left of the last page
   nbytes = 0;

@@ -20,7 +20,6 @@ namespace {
 constexpr int BLOCK_HEAD = 10;  // bytes of the head of the symbology block
 constexpr int LAYER_HEAD = 6;   // and of a layer
 constexpr int MAX_DEPTH = 2;    // packets within packets
-constexpr std::size_t MAX_SHAPES = 20000;
 constexpr float QUARTER_KM = 0.25f;
 constexpr int UNKNOWN = -999;  // a probability beyond the range of the algorithm
 
@@ -64,7 +63,13 @@ class Reader {
 // Collects the shapes of packets.
 class Collector {
  public:
-  explicit Collector(std::vector<NidsShape>& out) : shapes(out) {}
+  /// @param most, most_points  how many there may be, of all shapes together
+  Collector(std::vector<NidsShape>& out, std::int64_t most, std::int64_t most_points)
+      : shapes(out), max_shapes(most), max_points(most_points) {}
+
+  // What was met, one more than there may be at most.
+  std::int64_t getSymbols() const { return symbols; }
+  std::int64_t getPoints() const { return points; }
 
   // The packets of a layer or of a packet that holds others.
   void packets(Bytes bytes, NidsShape::Time time, int depth);
@@ -79,7 +84,9 @@ class Collector {
   };
   static const Row ROWS[];
 
+  bool isFull() const { return symbols > max_shapes || points > max_points; }
   NidsShape& add(NidsShape::Kind kind) {
+    ++symbols;
     NidsShape s;
     s.kind = kind;
     s.packet = packet;
@@ -93,11 +100,13 @@ class Collector {
     s.points.add(p);
     return s;
   }
-  static void copyText(NidsShape& s, Bytes text) {
+  // Every character is some points of its strokes.
+  void copyText(NidsShape& s, Bytes text) {
     const std::size_t n = std::min(text.size(), sizeof s.text - 1);
     std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(n), s.text,
                    [](unsigned char c) { return c >= ' ' && c < 127 ? static_cast<char>(c) : ' '; });
     s.text[n] = '\0';
+    points += static_cast<std::int64_t>(n);
   }
 
   void text(Reader& r) {
@@ -163,7 +172,10 @@ class Collector {
   }
   void line(Reader& r) {
     NidsShape& s = add(NidsShape::LINE);
-    while (r.left() >= 4) s.points.add(r.point());
+    linePoints(s, r);
+  }
+  void linePoints(NidsShape& s, Reader& r) {
+    for (; r.left() >= 4 && !isFull(); ++points) s.points.add(r.point());
   }
   void valueLine(Reader& r) {
     level = r.half();
@@ -176,6 +188,8 @@ class Collector {
   }
 
   std::vector<NidsShape>& shapes;
+  std::int64_t max_shapes, max_points;
+  std::int64_t symbols = 0, points = 0;
   int packet = 0;
   int level = 0;
   int contour = 0;  // level of the contours that follow
@@ -200,7 +214,7 @@ const Collector::Row Collector::ROWS[] = {
 
 void Collector::packets(Bytes bytes, NidsShape::Time time, int depth) {
   Reader r(bytes);
-  while (r.left() >= 4 && shapes.size() < MAX_SHAPES) {
+  while (r.left() >= 4 && !isFull()) {
     packet = r.uhalf();
     level = 0;
     when = time;
@@ -211,11 +225,11 @@ void Collector::packets(Bytes bytes, NidsShape::Time time, int depth) {
     if (packet == CONTOUR) {
       r.half();  // tells that a start point follows
       const Point start = r.point();
-      Reader points(r.take(static_cast<std::size_t>(r.uhalf())));
+      Reader rest(r.take(static_cast<std::size_t>(r.uhalf())));
       level = contour;
       NidsShape& s = add(NidsShape::LINE);
       s.points.add(start);
-      while (points.left() >= 4) s.points.add(points.point());
+      linePoints(s, rest);
       continue;
     }
     if (std::ranges::find(IMAGES, packet) != std::end(IMAGES)) return;
@@ -228,7 +242,7 @@ void Collector::packets(Bytes bytes, NidsShape::Time time, int depth) {
     }
     const Row* row = std::ranges::find(ROWS, packet, &Row::code);
     if (row == std::end(ROWS)) continue;
-    while (body.left() >= row->element && shapes.size() < MAX_SHAPES) (this->*row->take)(body);
+    while (body.left() >= row->element && !isFull()) (this->*row->take)(body);
   }
 }
 
@@ -254,12 +268,14 @@ int NidsFile::readShapes(std::vector<NidsShape>& shapes) {
     block.insert(block.end(), piece, piece + got);
     left -= got;
   }
-  Collector collector(shapes);
+  Collector collector(shapes, getShare(SYMBOLS), getShare(POINTS));
   Reader r(block);
   for (int i = 0; i < layers && r.left() >= LAYER_HEAD; ++i) {
     if (r.half() != -1) break;
     collector.packets(r.take(static_cast<std::size_t>(r.word())), NidsShape::NOW, 0);
   }
+  spend(SYMBOLS, collector.getSymbols());
+  spend(POINTS, collector.getPoints());
   return static_cast<int>(shapes.size());
 }
 

@@ -218,9 +218,9 @@ int Plot::saveImage(const char* name, const char* type) {
 
 int Plot::saveOutput() {
   const char* output = Kyv::resrc.get("output", "");
-  // "gif:name" or a name that ends in "gif"; "gifts.png" only begins alike.
+  // "gif:name" or a name that ends in "gif"; "gifts.png" only begins alike, and "gif/a.png" lies in a folder.
   const auto isWord = [output](const char* word) {
-    return StrLib::iequal(output, word, 3) && !std::isalnum(static_cast<unsigned char>(output[3]));
+    return StrLib::iequal(output, word, 3) && !std::isalnum(static_cast<unsigned char>(output[3])) && output[3] != '/';
   };
   const bool gif = isWord("gif"), png = isWord("png");
   const char* type = gif ? "GIF" : png ? "PNG" : typeOf(output);

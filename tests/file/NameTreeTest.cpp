@@ -287,20 +287,11 @@ TEST_F(NameTreeTest, FramesOfAListFollowTheOrderOfTheDatesAskedFor) {
   EXPECT_EQ(0, file.setFile(Date(2024, 5, 1, 13, 0, 0.0f)));
 }
 
-TEST_F(NameTreeTest, ListingRunsNothingButLs) {
+TEST_F(NameTreeTest, ListingRunsNothing) {
   Filename file = open("%D/%i'$(touch hacked)`%t`%Y%2?;%b", "-x", "$HOME");
   file.setPath("; touch hacked; '&");
-  EXPECT_EXIT(file.listFile(), testing::ExitedWithCode(0), "cannot access '; touch hacked; ");
+  EXPECT_EXIT(file.listFile(), testing::ExitedWithCode(0), "^$");
   EXPECT_FALSE(std::filesystem::exists("hacked"));
-
-  add("-R_2024");
-  Filename option = open("%D/%i_%Y", "-R", "");
-  option.setPath(dir.path().c_str());
-  testing::internal::CaptureStdout();
-  EXPECT_EXIT((std::filesystem::current_path(dir.path()), option.listFile()), testing::ExitedWithCode(0), "");
-  testing::internal::GetCapturedStdout();
-  Filename bare = open("%i_%Y", "-R", "");
-  EXPECT_EXIT((std::filesystem::current_path(dir.path()), bare.listFile()), testing::ExitedWithCode(0), "^$");
 }
 
 }  // namespace

@@ -197,14 +197,17 @@ TEST(NidsFile, WholeFilesAreUnwrapped) {
 TEST(NidsFile, NamesThatReadOnceAreKept) {
   const Bytes content = noise(100000);
   const TestFile f(NidsBuilder::gzipFile(content));
-  const std::string fifo = std::string(f.name()) + ".fifo";
-  ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
-  std::thread writer(
-      [&] { std::ofstream(fifo, std::ios::binary).write(reinterpret_cast<const char*>(content.data()), 100000); });
+  int ends[2] = {};  // as a shell leaves them open for <(COMMAND)
+  ASSERT_EQ(0, pipe(ends));
+  std::thread writer([&] {
+    EXPECT_EQ(100000, ::write(ends[1], content.data(), content.size()));
+    ::close(ends[1]);
+  });
   const int saved = dup(0);
   const int input = ::open(f.name(), O_RDONLY);
   dup2(input, 0);
-  for (const std::string& name : {fifo, std::string("|cat ") + f.name(), std::string("-")}) {
+  for (const std::string& name :
+       {"/dev/fd/" + std::to_string(ends[0]), std::string("|cat ") + f.name(), std::string("-")}) {
     SCOPED_TRACE(name);
     for (int time = 0; time < 2; time++) {
       NidsFile file(name.c_str());
@@ -215,7 +218,7 @@ TEST(NidsFile, NamesThatReadOnceAreKept) {
   dup2(saved, 0);
   ::close(input);
   ::close(saved);
-  unlink(fifo.c_str());
+  ::close(ends[0]);
 }
 
 }  // namespace

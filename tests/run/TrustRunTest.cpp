@@ -241,6 +241,69 @@ TEST_F(TrustRun, ARadarThatIsNotOnTheEarthIsNotDrawn) {
   EXPECT_TRUE(isMarked("p.nids"));
 }
 
+// As ls writes it, and of more names than a command line holds.
+TEST_F(TrustRun, AListNeedsNoShell) {
+  for (const int count : {1, 7, 40, 3000}) {
+    for (int i = 0; i < count; ++i) {
+      write("T_" + std::string(static_cast<std::size_t>(i % 9), 'x') + std::to_string(10000 + i), "x");
+    }
+    const std::string out = program.run("-if '%D/T_%?%?%?%?%?' -dp . -me none list").output;
+    program.run("", "sh -c 'ls -x -T0 -w80 ./T_????? > listed'");
+    EXPECT_EQ(program.read("listed"), out.substr(out.find('.'))) << count;
+  }
+  EXPECT_EQ(NOFILE, program.run("-strict -if '%D/no_%Y' -dp . list").status);
+}
+
+// What a shell puts in the place of '*', and pipes that nobody writes to.
+TEST_F(TrustRun, FilesAreNotCommandsAndPipesAreNotFiles) {
+  write("|touch${IFS}pwned", program.read("p.nids"));
+  write("|touchXpwned", program.read("p.nids"));
+  EXPECT_EQ(NOERR, program.run("-strict -ou a.png '|touch${IFS}pwned'").status);
+  EXPECT_EQ(NOERR, program.run("-strict -ou a.png -if '|%5?Xpwned' -cu la -cur_time '#20240501'").status);
+  EXPECT_FALSE(std::filesystem::exists(program.path("pwned")));
+  ASSERT_EQ(0, mkfifo(program.path("fifo").c_str(), 0600));
+  const Program::Result r = program.run("-strict -ou b.png fifo", "timeout 5");
+  EXPECT_EQ(NOFILE, r.status) << r.output;
+  EXPECT_NE(std::string::npos, r.output.find("It is a pipe and no file")) << r.output;
+  EXPECT_EQ(NOERR, program.run("", "bash -c '\"$0\" -strict -ou c.png <(cat p.nids)'").status);
+  std::filesystem::create_directory(program.path("png"));
+  EXPECT_EQ(NOERR, program.run("-strict -ou png/a.png p.nids").status);
+  EXPECT_TRUE(std::filesystem::exists(program.path("png/a.png")));
+}
+
+// A few hundred bytes claim what would take minutes and gigabytes.
+TEST_F(TrustRun, AProductDrawsNoMoreThanProductsDo) {
+  NidsBuilder texts = product(), vectors = product(), images = product(), grid, shapes;
+  const std::vector<NidsBuilder::Line> lines(4000, {-1000, -1000, 1000, 1000});
+  for (int i = 0; i < 3000; ++i) texts.text(8, 1, 10, 10, std::string(60, 'W'));
+  for (int i = 0; i < 20; ++i) vectors.vectors(10, 1, lines);
+  shapes.header(58, 1).location(35.333f, -97.278f);
+  for (int i = 0; i < 12000; ++i) shapes.packet(3, {0, 10, 0, 10, 0, 20});
+  for (int i = 0; i < 80; ++i) {
+    images.radials(1800);
+    for (int k = 0; k < 360; ++k) images.radial(static_cast<float>(k), 1.0f, std::vector<NidsBuilder::Run>{{15, 8}});
+  }
+  grid.header(37, 1).location(35.333f, -97.278f).thresholds({0x8002, 5, 10}).raster();
+  for (int i = 0; i < 4000; ++i) grid.gridRow({{15, 1}, {15, 2}});
+  struct {
+    NidsBuilder& product;
+    const char* said;
+  } CASES[] = {{texts, "100000 characters"},
+               {vectors, "100000 points of lines"},
+               {shapes, "10000 symbols"},
+               {images, "1920000 cells of images"},
+               {grid, "1920000 cells of images"}};
+  for (const auto& c : CASES) {
+    SCOPED_TRACE(c.said);
+    program.write("p.nids", c.product.body(NidsBuilder::Body::Bzip2).bytes());
+    const Program::Result r = program.run("-strict -de hpgl,a.hp p.nids");
+    EXPECT_EQ(NOINPUT, r.status) << r.output;
+    EXPECT_NE(std::string::npos, r.output.find(std::string("p.nids has more than ") + c.said)) << r.output;
+    EXPECT_GT(256u << 20, std::filesystem::file_size(program.path("a.hp")));
+    EXPECT_TRUE(isMarked("p.nids"));
+  }
+}
+
 TEST_F(TrustRun, TextsOfAProductAreNoCommandsToTheTerminal) {
   NidsBuilder b = product();
   b.page().text(8, 1, 10, 10, "\033]0;owned\007X");
