@@ -23,6 +23,7 @@
 #include "KYV/Plot.h"
 #include "KYV/PlotAttr.h"
 #include "KYV/RadMap.h"
+#include "KYV/Region.h"
 #include "KYV/Strings.h"
 #include "KYV/TimeSpec.h"
 #include "KYV/Timezone.h"
@@ -242,7 +243,7 @@ void Checker::zone(const char* text) {
 
 void Checker::domain(const char*) {
   Domain trial;
-  DomainTool::set(trial);
+  if (!DomainTool::set(trial)) explainDomain();
 }
 
 void Checker::length(const char* text, int most) {
@@ -429,5 +430,14 @@ void Checker::flag(const char* text) {
 }  // namespace
 
 void checkOptions(bool all) { Checker(all).run(); }
+
+void explainDomain() {
+  const char* text = Kyv::resrc.get("plot_domain");
+  if (!StrLib::valid(text)) return;
+  NearWord near(text);
+  Region::offerNames(near);
+  Kyv::report(Kyv::BADPARAM, "%s: %s %s: %s\n", Kyv::getProgramName(), Kyv::resrc.getPlace("plot_domain").c_str(), text,
+              near.explain("domain", "that of the product is used").c_str());
+}
 
 }  // namespace KYV

@@ -8,5 +8,8 @@ namespace KYV {
 /// @param all  also of what else is told when it is used: with `strict` the run ends before that
 void checkOptions(bool all);
 
+/// Tells of a domain that was asked for and could not be set.
+void explainDomain();
+
 }  // namespace KYV
 #endif

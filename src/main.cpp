@@ -74,7 +74,10 @@ Kyv::Error run(int argc, char** argv) {
   radar.setMap(true);
   radar.setFilename();
   Domain domain;
-  if (!DomainTool::set(domain)) radar.getDomain(domain);
+  if (!DomainTool::set(domain)) {
+    explainDomain();
+    radar.getDomain(domain);
+  }
 
   // A file of drawing instructions first, then the picture of the same plot that was asked for as well.
   if (show(radar, domain, nullptr)) show(radar, domain, "de=display");

@@ -3,6 +3,7 @@
 
 namespace KYV {
 
+class NearWord;
 class String;
 
 /// Named map regions out of a region file: lines of name, a word, a number and the domain text.
@@ -14,6 +15,8 @@ class Region {
   static int get(const char* file, const char* name, String& text);
   /// The domain text of the first region of a file, or of the region after a ':' ("file:name").
   static int get(const char* fileAndName, String& text);
+  /// Offers the names of the standard file.
+  static void offerNames(NearWord& near);
 };
 
 }  // namespace KYV

@@ -48,7 +48,8 @@ int FileDevice::initFile(const char* dev, const char* name, float w, float h) {
 int FileDevice::setFilename(const char* name) {
   if (!StrLib::valid(name)) return 0;
   StrLib::copy(filename, name);
-  if (!StrLib::equal(filename, name)) Kyv::outWarning("Output file name is too long, cut to: %s\n", filename);
+  if (!StrLib::equal(filename, name))
+    Kyv::report(Kyv::BADPARAM, "Output file name is too long, cut to: %s\n", filename);
   return 1;
 }
 

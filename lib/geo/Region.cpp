@@ -6,6 +6,7 @@
 #include "DataOpen.h"
 #include "KYV/DataPath.h"
 #include "KYV/Kyv.h"
+#include "KYV/NearWord.h"
 #include "KYV/String.h"
 
 namespace KYV {
@@ -15,14 +16,14 @@ namespace {
 constexpr const char* DEFAULT_FILE = "kyv.reg";
 constexpr int MAX_WORD = 80;  // a name or a domain text, with its terminator
 
-// The text of the region `name`; of the first region when name is null.
-int findRegion(const char* file, const char* name, String& text) {
-  text.clear();
+// Calls act(name, text) for the regions of a file until it answers true; whether it did.
+template <class Act>
+bool eachRegion(const char* file, Act act) {
   String path;
   File regions;
   if (!DataPath::find(file, path) || !openDataFile(regions, path.get())) {
     Kyv::outWarning("Unable to open region file: %s\n", file);
-    return 0;
+    return false;
   }
   char line[256];
   for (int n = regions.getLine(line, sizeof line); n > 0 || (n == 0 && !regions.endFile());
@@ -30,9 +31,17 @@ int findRegion(const char* file, const char* name, String& text) {
     if (n == static_cast<int>(sizeof line) - 1 && line[n - 1] != '\n') regions.skipLine();
     char region[MAX_WORD], domain[MAX_WORD];
     if (std::sscanf(line, "%79s %*s %*d %79s", region, domain) != 2) continue;
-    if (!name || StrLib::iequal(region, name)) return text.copy(domain);
+    if (act(region, domain)) return true;
   }
-  return 0;
+  return false;
+}
+
+// The text of the region `name`; of the first region when name is null.
+int findRegion(const char* file, const char* name, String& text) {
+  text.clear();
+  return eachRegion(file, [&](const char* region, const char* domain) {
+    return (!name || StrLib::iequal(region, name)) && text.copy(domain);
+  });
 }
 
 }  // namespace
@@ -51,6 +60,10 @@ int Region::get(const char* fileAndName, String& text) {
   }
   const std::string file = both.substr(0, colon);
   return get(file.c_str(), both.c_str() + colon + 1, text);
+}
+
+void Region::offerNames(NearWord& near) {
+  eachRegion(DEFAULT_FILE, [&near](const char* region, const char*) { return near.offer(region), false; });
 }
 
 }  // namespace KYV

@@ -47,7 +47,7 @@ int NidsFile::prodSymbLayer() {
   if (readLong(prodsym_lyr_len) != 1) return 0;
   Kyv::outDebug(4, "Length: %d\n", prodsym_lyr_len);
   const bool plausible =
-      prodsym_lyr_len > 0 && prodsym_lyr_len <= MAX_BODY - total && prodsym_lyr_len <= prodsym_len - LAYER_START;
+      prodsym_lyr_len > 0 && prodsym_lyr_len <= MAX_BODY - total && prodsym_lyr_len + LAYER_START <= prodsym_len;
   layer_end = plausible ? total + prodsym_lyr_len : 0;
   return 1;
 }

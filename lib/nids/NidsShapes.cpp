@@ -260,7 +260,7 @@ int NidsFile::readShapes(std::vector<NidsShape>& shapes) {
   if (!readFields(*this, divider, id, length, layers) || divider != -1 || id != 1) return 0;
   // As many bytes as the block claims and the file has.
   std::vector<unsigned char> block;
-  for (int left = std::clamp(length - BLOCK_HEAD, 0, MAX_BODY); left > 0;) {
+  for (int left = std::clamp(length, BLOCK_HEAD, MAX_BODY) - BLOCK_HEAD; left > 0;) {
     unsigned char piece[4096];
     const int n = std::min<int>(left, sizeof piece);
     const int got = deliver(piece, n);

@@ -8,6 +8,7 @@
 #include "KYV/Const.h"
 #include "KYV/DataPath.h"
 #include "KYV/Kyv.h"
+#include "KYV/NearWord.h"
 #include "KYV/Strings.h"
 
 namespace KYV {
@@ -117,6 +118,7 @@ int VarList::setFile(const char* file) {
 int VarList::process(const char* variable) {
   chosen.clear();
   String unknown;
+  std::string meant;
   std::string_view rest = variable ? variable : "";
   Item item;
   while (chosen.size() < MAX_CHOSEN && nextItem(rest, item)) {
@@ -127,14 +129,17 @@ int VarList::process(const char* variable) {
       chosen.back().addAttributes(item.attributes);
       continue;
     }
+    NearWord near(item.name);
+    for (const Var& v : known) near.offer(v.name);
+    if (meant.empty()) meant = near.question();
     if (unknown.valid()) unknown.append(", ");
     unknown.append(std::string(item.name).c_str());
   }
   if (!unknown.valid()) return 1;
   // Without a file that has been said already.
   if (readable && !told.equal(variable)) {
-    Kyv::report(Kyv::BADPARAM, "VarList: no variable %.200s; the names that may be given stand in %s\n", unknown.get(),
-                filename.get());
+    Kyv::report(Kyv::BADPARAM, "VarList: no variable %.200s%s; the names that may be given stand in %s\n",
+                unknown.get(), meant.c_str(), filename.get());
   }
   told.copy(variable);
   return 0;

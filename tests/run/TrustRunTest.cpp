@@ -15,7 +15,8 @@
 namespace {
 
 // Values of the exit status, as docs/exit-status.md lists them.
-constexpr int NOERR = 0, MISC = 2, NOGRAPH = 4, NOFILE = 6, NOWRITE = 8, NOINPUT = 9, NODATA = 10, BADPARAM = 11;
+constexpr int NOERR = 0, MISC = 2, NOMEMORY = 3, NOGRAPH = 4, NOFILE = 6, NOWRITE = 8, NOINPUT = 9, NODATA = 10,
+              BADPARAM = 11;
 
 constexpr const char* PANEL = "0.78 0.00 0.00 setrgbcolor";
 
@@ -77,7 +78,17 @@ TEST_F(TrustRun, TheStatusTellsTheGravestFailure) {
       {"a page on a full disk", "-de postscript,/dev/full p.nids", NOWRITE},
       {"no such folder to make", "-ou text/a.png p.nids", NOWRITE},
       {"a command that fails", "-de 'postscript,|exit 3' p.nids", NOWRITE},
+      {"a folder that may not be written", "-ou /proc/a.png p.nids", NOWRITE},
+      {"a product that is cut", "-ou a.png cut.nids", NOINPUT},
+      {"one of several that is cut", "-ou a.gif p.nids cut.nids", NOINPUT},
+      {"another radar", "-ou a.png -id KFTG p.nids", NODATA},
+      {"old data", "-ou a.png -mx 1d p.nids", MISC},
+      {"a map that is not there", "-ou a.png lists.nids -mf kyv.map,mine.mpl", MISC},
   };
+  write("mine.mpl", "nowhere:red\n");
+  program.write("lists.nids", product().bytes());
+  const std::string bytes = program.read("p.nids");
+  write("cut.nids", bytes.substr(0, bytes.size() / 2));
   for (const auto& c : CASES) {
     SCOPED_TRACE(c.what);
     const Program::Result r = program.run(std::string("-strict ") + c.arguments);
@@ -89,6 +100,21 @@ TEST_F(TrustRun, TheStatusTellsTheGravestFailure) {
   EXPECT_EQ(NOERR, program.run("-strict no -ou a.png gone.nids", "kyv_radmap_strict=yes").status);
   write("kyv.cfg", "*.strict: yes\n");
   EXPECT_EQ(NOFILE, program.run("-ou a.png gone.nids").status);
+}
+
+#ifndef __SANITIZE_ADDRESS__  // which needs more than any limit
+TEST_F(TrustRun, TooLittleMemoryIsSaid) {
+  const char* limited = "sh -c 'ulimit -v 100000; exec \"$0\" \"$@\"'";
+  const Program::Result r = program.run("-ge 8000x8000 -ou a.png p.nids", limited);
+  EXPECT_EQ(NOMEMORY, r.status);
+  EXPECT_NE(std::string::npos, r.output.find("there is not enough memory")) << r.output;
+  EXPECT_FALSE(std::filesystem::exists(program.path("a.png")));
+}
+#endif
+
+TEST_F(TrustRun, AReaderThatGoesAwayIsAFailure) {
+  program.run("", "bash -c '\"$0\" -strict -ou png:- p.nids | true; echo ${PIPESTATUS[0]} > said'");
+  EXPECT_EQ(std::to_string(NOWRITE) + "\n", program.read("said"));
 }
 
 TEST_F(TrustRun, OutputsAreWholeOrStayAsTheyWere) {
