@@ -22,6 +22,7 @@ inline int decodeProduct(const char* name, bool pull) {
   NidsInfo info;
   NidsData data;
   if (!file.open(name) || !file.readHeader(info)) return 0;
+  int left = 2000000;  // runs that are pulled: as many as any image has cells
   const auto elements = [&] {
     NidsRadial radial;
     NidsRun run;
@@ -31,8 +32,7 @@ inline int decodeProduct(const char* name, bool pull) {
     if (file.isPacketRadial() || file.isPacketRastor() || file.isPacketDpa()) {
       if (!pull) file.readData(data);
       while ((file.isPacketRadial() ? file.readRadial(radial) : file.readRastor()) > 0) {
-        while (file.readRun(run) > 0) {
-        }
+        while (left > 0 && file.readRun(run) > 0) --left;
       }
     }
     while (file.readVector(vector) > 0) {
