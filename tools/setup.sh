@@ -3,7 +3,7 @@
 
 # What building and drawing need, and what the tests need besides.
 BUILD_PACKAGES="g++ cmake ninja-build zlib1g-dev libbz2-dev libcurl4-openssl-dev libxml2-dev libpng-dev libx11-dev"
-TEST_PACKAGES="tzdata libgtest-dev nlohmann-json3-dev python3 clang-format ghostscript hp2xx imagemagick pngcheck giflib-tools xvfb xdotool"
+TEST_PACKAGES="tzdata proj-bin libgtest-dev nlohmann-json3-dev python3 clang-format ghostscript hp2xx imagemagick pngcheck giflib-tools xvfb xdotool"
 
 say() { printf '%s\n' "$*"; }
 

@@ -20,6 +20,7 @@ struct NidsData;
 struct NidsInfo;
 struct NidsPacket;
 struct NidsRadial;
+struct NidsRaw;
 struct NidsRun;
 struct NidsShape;
 struct NidsText;
@@ -84,6 +85,9 @@ class NidsFile {
 
   // Catalogue; all by the product code alone.
   int getCode() const { return code; }
+  /// The 16 threshold halfwords and the ten product-dependent parameters as they stand, i from 0.
+  int getThreshold(int i) const { return ithres[i]; }
+  int getParam(int i) const { return param[i]; }
   bool isBRef() const;
   bool isDHR() const;
   bool isBSW() const;
@@ -151,6 +155,8 @@ class NidsFile {
 
   /// The image packet as an array of values; always 1, what could be decoded is kept.
   int readData(NidsData& d);
+  /// The image packet's levels as they stand; 0 when the present packet is no image, or the product has too many.
+  int readLevels(NidsRaw& image);
   /// The radial component of a generic packet (28), at which readPacket() or readHeader() stopped, as an array like
   /// that of readData(). 1, with what could be decoded; 0 for another packet or component, d's array is then as it was.
   int readGeneric(NidsData& d);

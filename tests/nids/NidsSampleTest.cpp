@@ -10,6 +10,7 @@
 #include "KYV/NidsFile.h"
 #include "KYV/NidsInfo.h"
 #include "KYV/NidsRadial.h"
+#include "KYV/NidsRaw.h"
 #include "KYV/NidsRun.h"
 #include "KYV/NidsText.h"
 #include "NidsTestFile.h"
@@ -114,6 +115,40 @@ TEST_F(NidsSample, HeadersHoldTheFields) {
     seen++;
   });
   EXPECT_LE(50, seen);
+}
+
+// All radials with their own angles, those from 360 degrees on as well.
+TEST_F(NidsSample, ImagesStandAsTheyAre) {
+  int seen = 0;
+  each([&](const std::string& name, const Json& facts) {
+    if (!hasImage(facts)) return;
+    const Json& image = facts["image"];
+    NidsFile file(name.c_str());
+    NidsInfo info;
+    NidsRaw raw;
+    ASSERT_EQ(1, file.readHeader(info));
+    ASSERT_EQ(1, file.readLevels(raw));
+    EXPECT_EQ(image["kind"] != "radial", raw.grid);
+    EXPECT_EQ(raw.grid ? image["columns"] : image["bins"], raw.width);
+    EXPECT_EQ(raw.grid ? image["rows"] : image["radials"], raw.rows);
+    std::map<std::string, int> counts;
+    for (const int level : raw.levels) ++counts[std::to_string(level)];
+    // Bytes that pad a radial are none of its bins.
+    const bool padded = !raw.grid && image["row_len_max"] > image["bins"];
+    for (const auto& [level, count] : image["level_counts"].items()) {
+      if (padded) continue;
+      EXPECT_EQ(count, counts[level]) << "level " << level;
+    }
+    if (raw.grid) return;
+    EXPECT_NEAR(image["first_start_angle"].get<float>(), raw.rays.front().start, 0.001f);
+    EXPECT_NEAR(image["first_width"].get<float>(), raw.rays.front().width, 0.001f);
+    const auto [least, most] = std::minmax_element(raw.rays.begin(), raw.rays.end(),
+                                                   [](const auto& a, const auto& b) { return a.start < b.start; });
+    EXPECT_NEAR(std::fmod(std::min(image["start_angle_min"].get<float>(), 360.0f), 360.0f), least->start, 1.0f);
+    EXPECT_GT(360.0f, most->start);
+    ++seen;
+  });
+  EXPECT_LE(30, seen);
 }
 
 TEST_F(NidsSample, ImagesHoldTheLevels) {
