@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <iterator>
 
+#include "ExactImage.h"
 #include "KYV/CityData.h"
 #include "KYV/CityTool.h"
 #include "KYV/DateTool.h"
@@ -238,6 +239,7 @@ int RadMap::getDomain(Domain& domain) {
       val.dx *= SYMBOLS_EXTENT / extent;
       val.dy *= SYMBOLS_EXTENT / extent;
     }
+    if (image) ExactImage::fit(ahead_info, val);
     domain.set(val);
     if (Kyv::checkMessage(8)) {
       Kyv::outMessage(8, "NIDS Domain: ");

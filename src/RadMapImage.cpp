@@ -1,15 +1,19 @@
 // Draws a product's symbology: cells, lines, barbs and texts, then the labels around the map.
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <memory>
 #include <vector>
 
 #include "DataPlane.h"
+#include "ExactImage.h"
 #include "KYV/CityData.h"
 #include "KYV/CityTool.h"
 #include "KYV/ColorFile.h"
 #include "KYV/ColorFill.h"
 #include "KYV/DateTool.h"
 #include "KYV/Kyv.h"
+#include "KYV/NidsRaw.h"
 #include "KYV/NidsText.h"
 #include "KYV/NidsVector.h"
 #include "KYV/NidsWind.h"
@@ -101,6 +105,7 @@ struct RadMap::Painter : DataPlane {
   bool paintGeneric();
   void paintArray(float step);
   void paintGrid();
+  void paintExact(ExactImage& image);
   void paintVectors();
   void paintBarbs();
   void paintText();
@@ -112,6 +117,7 @@ struct RadMap::Painter : DataPlane {
   RadMap& map;
   ColorMap colors;
   ColorFill fill;
+  bool own = false;  // the scale is the user's
   PlotAttr dataAttr;
   PlotAttr lineAttr;
   std::vector<char> visible;       // of each fill entry, whether it has a colour
@@ -143,6 +149,7 @@ void RadMap::Painter::chooseScale() {
   if (map.color_fill.valid() && !map.color_fill.iequal("miss")) {
     const bool read = fill.set(colors, map.color_fill.get()) != 0;
     if (read && fill.isVisible()) {
+      own = true;
       if (!fill.areValuesSet()) fill.setValues(map.info.thres, 16);
       return;
     }
@@ -201,6 +208,14 @@ void RadMap::Painter::paintRadials() {
   const float step = map.nids->getNrad() >= SUPER_RES_RADIALS ? 0.5f : 1.0f;
   map.nids->readData(map.ndata);
   paintArray(step);
+}
+
+void RadMap::Painter::paintExact(ExactImage& image) {
+  NidsRaw raw;
+  if (!map.nids->readLevels(raw) || !map.plot) return;
+  const bool any = !Const::isMissing(map.ramp[0]) || (!Const::isMissing(map.clutter) && map.clutter > 0);
+  const auto suppressed = [this](float value, float km) { return isSuppressed(value, km); };
+  image.paint(raw, plot, any ? ExactImage::Suppressed(suppressed) : nullptr);
 }
 
 bool RadMap::Painter::paintGeneric() {
@@ -318,12 +333,27 @@ void RadMap::Painter::paintText() {
 
 int RadMap::drawImage(Plot& surface) {
   Painter painter(*this, surface);
+  // The one place that chooses how images are drawn.
+  const std::unique_ptr<ExactImage> exact = ExactImage::make(*nids, info);
+  if (exact) {
+    exact->chooseScale(painter.colors, painter.own ? &painter.fill : nullptr);
+    painter.fill = exact->getScale();
+    surface.setColorMap(painter.colors);
+    ndata = NidsData();
+  }
+  const std::function<void()> paintImage = [&] {
+    if (exact) {
+      painter.paintExact(*exact);
+    } else if (nids->isPacketRadial()) {
+      painter.paintRadials();
+    } else {
+      painter.paintGrid();
+    }
+  };
   passed_over = false;
   do {
-    if (nids->isPacketRadial()) {
-      painter.paintRadials();
-    } else if (nids->isPacketRastor() || nids->isPacketDpa()) {
-      painter.paintGrid();
+    if (nids->isPacketRadial() || nids->isPacketRastor() || nids->isPacketDpa()) {
+      paintImage();
     } else if (nids->isPacketVector()) {
       painter.paintVectors();
     } else if (nids->isPacketWindbarb()) {
@@ -338,6 +368,7 @@ int RadMap::drawImage(Plot& surface) {
   const int last = nids->getPacketCode();
   passed_over = !nids->hasStopped() && (passed_over || (last > 0 && last != DIVIDER));
 
+  if (exact) exact->label(info);
   setLabels(surface);
   surface.setBar(painter.fill);
   return surface.done();

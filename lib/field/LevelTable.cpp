@@ -117,7 +117,7 @@ LevelTable::LevelTable(const NidsFile& product, const ProductInfo& info) : level
         const float dba = static_cast<float>(h.get(0)) / 10.0f + static_cast<float>(n * h.get(1)) / 1000.0f;
         return valued(std::pow(10.0f, dba / 10.0f) / MM_PER_INCH);
       });
-      levels[255] = flagged(State::NoData, "ND");
+      levels[255] = {};  // beyond the radar's reach
       break;
     case LevelCoding::Vil: {
       levels[1] = flagged(State::NoData, "ND");

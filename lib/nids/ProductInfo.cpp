@@ -59,7 +59,7 @@ constexpr ProductInfo CATALOGUE[] = {
     {78, "N1P", "One hour precipitation", "in", 2.0f, 230.0f, LevelCoding::Coded, false},
     {79, "N3P", "Three hour precipitation", "in", 2.0f, 230.0f, LevelCoding::Coded, false},
     {80, "NTP", "Storm total precipitation", "in", 2.0f, 230.0f, LevelCoding::Coded, false},
-    {81, "DPA", "Hourly digital precipitation array", "in", 4.7625f, 230.0f, LevelCoding::Dba, false},
+    {81, "DPA", "Hourly digital precipitation", "in", 4.7625f, 230.0f, LevelCoding::Dba, false},
     {82, "SPD", "Supplemental precipitation data", "", 0.0f, 0.0f, LevelCoding::None, false},
     {84, "", "Velocity azimuth display", "", 0.0f, 0.0f, LevelCoding::None, false},
     {89, "", "Layer composite reflectivity average, high", "dBZ", 4.0f, 230.0f, LevelCoding::Coded, false},

@@ -23,6 +23,7 @@ using Kind = OwnResrc::Kind;
 // clang-format off
 constexpr OwnResrc::Option OPTIONS[] = {
     {"strict",   "kyvstrict",  "sx", Kind::Flag,  "-strict      The exit status tells what went wrong, bad options end the run"},
+    {"exact",    "kyvexact",   "xa", Kind::Flag,  "-exact       Places, values and colours as the radar measured them"},
     {"max_age",  "kyvmaxage",  "mx", Kind::Age,   "-mx age      Older data are marked: minutes, or 2h, 1d"},
     {"net_time", "kyvnettime", "nt", Kind::Count, "-nt seconds  Time for all transfers of the run (30)"},
     {"version",  "kyvversion", "V",  Kind::Flag,  "-version     Print version, build and libraries"},

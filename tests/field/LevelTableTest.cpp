@@ -63,7 +63,7 @@ TEST(LevelTable, EveryCodingGivesTheValuesOfTheFormat) {
       {"topped", 135, {0x7F, 1, 2, 0x80}, 0x80 + 52, State::Topped, 50.0f},
       {"storm total", 138, {0, 1, 256}, 150, State::Value, 1.5f},
       {"accumulation in decibels", 81, {-60, 125, 256}, 48, State::Value, 1.0f / 25.4f},  // 0 dBA: 1 mm
-      {"outside", 81, {-60, 125, 256}, 255, State::NoData, 0.0f},
+      {"outside", 81, {-60, 125, 256}, 255, State::Outside, 0.0f},
       {"coded", 19, {0x8002, 5, 10}, 2, State::Value, 10.0f},
       {"coded, below threshold", 19, {0x8001, 5, 10}, 0, State::Below, 0.0f},
       {"coded, no data", 19, {0x8002, 5, 10}, 0, State::NoData, 0.0f},
