@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "KYV/Domain.h"
+#include "KYV/EarthPoints.h"
+#include "KYV/Geodesic.h"
 #include "KYV/Plot.h"
 
 namespace KYV {
@@ -11,9 +13,14 @@ namespace KYV {
 /// The plane of a product's data beneath the one of the plot. Where the two have different projections, points are
 /// carried over through their latitude and longitude.
 struct DataPlane {
-  /// @param place  of the radar
-  DataPlane(const DomainVal& val, const EarthPoint& place, Plot& surface)
-      : dom(val), radar(place), plot(surface), sameProjection(DomainVal::compareProj(surface.getDomain(), dom)) {
+  /// @param place    of the radar
+  /// @param ellipsoid  azimuths and ranges are those of geodesics, not of steps on the data's plane
+  DataPlane(const DomainVal& val, const EarthPoint& place, Plot& surface, bool ellipsoid)
+      : dom(val),
+        radar(place),
+        plot(surface),
+        sameProjection(DomainVal::compareProj(surface.getDomain(), dom)),
+        geodesic(ellipsoid && val.proj != DomainVal::PIXEL) {
     constexpr float QUARTER_KM = 0.25f;
     dom.tran(radar, centre);
     if (dom.proj == DomainVal::PIXEL) return;
@@ -37,6 +44,16 @@ struct DataPlane {
       dom.tran(EarthPoint(i, j), p);
       return toPlot(p);
     }
+    if (geodesic) {
+      constexpr float QUARTERS = 4.0f;
+      EarthPoint e;
+      Point q;
+      q.setMissing();
+      if (fromPolar(static_cast<float>(std::atan2(i, j) / Const::DRC), std::hypot(i, j) / QUARTERS, e)) {
+        if (!plot.getDomain().tran(e, q)) q.setMissing();
+      }
+      return q;
+    }
     return toPlot(Point(centre.x + i * quarter, centre.y + j * quarter));
   }
   /// The place at an azimuth (degrees) and a range (km) of the radar, stepped on the data's plane as bins are; false,
@@ -44,10 +61,26 @@ struct DataPlane {
   bool fromPolar(float azimuth, float km, EarthPoint& e) const {
     e.setMissing();
     if (Const::isMissing(azimuth) || Const::isMissing(km)) return false;
+    if (geodesic) {
+      const Geodesic line(static_cast<double>(radar.lat), static_cast<double>(radar.lon), static_cast<double>(azimuth));
+      const Geodesic::Place at = line.at(static_cast<double>(km) * 1000.0);
+      e = EarthPoint(static_cast<float>(at.lat), static_cast<float>(at.lon));
+      return true;
+    }
     const double angle = dom.adjustDir(azimuth, centre) * Const::DRC, step = km / 100.0 * factor;
     const Point p(static_cast<float>(centre.x + step * std::sin(angle)),
                   static_cast<float>(centre.y + step * std::cos(angle)));
     return dom.tran(p, e) != 0;
+  }
+  /// All places so many kilometres from the radar, the first one once more at the end.
+  EarthPoints ring(float km) const {
+    constexpr int STEPS = 180;
+    EarthPoints points;
+    for (int i = 0; i <= STEPS; ++i) {
+      EarthPoint e;
+      if (fromPolar(360.0f * static_cast<float>(i % STEPS) / STEPS, km, e)) points.add(e);
+    }
+    return points;
   }
   /// Where the plot's map shows a place; missing where it cannot.
   Point seen(const EarthPoint& e) const {
@@ -77,6 +110,7 @@ struct DataPlane {
   EarthPoint radar;
   Plot& plot;
   bool sameProjection;
+  bool geodesic;
   Point centre;          // of the radar
   float factor = 0.0f;   // units of the data's plane for 100 km
   float quarter = 0.0f;  // and for a quarter of a kilometre

@@ -51,28 +51,42 @@ int decimalsOf(std::string_view unit) {
 
 // The catalogue's row of an image that is to be drawn exactly; null for any other.
 static const ProductInfo* findExact(const NidsInfo& header) {
-  if (!Kyv::getResrcBool("exact") || header.isMultiRadar()) return nullptr;
+  if (!ExactImage::isMeant(header)) return nullptr;
   const ProductInfo* info = ProductInfo::find(header.code);
   return info && info->coding != LevelCoding::None ? info : nullptr;
 }
+
+bool ExactImage::isMeant(const NidsInfo& header) { return Kyv::getResrcBool("exact") && !header.isMultiRadar(); }
 
 std::unique_ptr<ExactImage> ExactImage::make(const NidsFile& product, const NidsInfo& header) {
   const ProductInfo* info = findExact(header);
   return info ? std::make_unique<ExactImage>(product, header, *info) : nullptr;
 }
 
-void ExactImage::fit(const NidsInfo& header, DomainVal& val) {
-  const ProductInfo* info = findExact(header);
-  if (!info || !(info->range > 0.0f) || val.ny < 1) return;
-  // As wide as other maps.
-  if (info->coding == LevelCoding::Dba) {
-    val.nx = val.ny * 3 / 2;
-    return;
+void ExactImage::name(NidsInfo& header) {
+  const ProductInfo* info = ProductInfo::find(header.code);
+  if (!info) return;
+  const bool counted = *info->unit && !StrLib::equal(info->unit, "class");
+  // Nor has what has no levels an extreme.
+  if (info->coding == LevelCoding::None) {
+    if (const int at = StrLib::index(header.misc, 'R'); at > 0) header.misc[at - 1] = '\0';
   }
+  StrLib::copy(header.info, (std::string(info->name) + (counted ? std::string(" [") + info->unit + "]" : "")).c_str());
+}
+
+void ExactImage::fit(const NidsInfo& header, bool image, DomainVal& val) {
+  const ProductInfo* info = isMeant(header) ? ProductInfo::find(header.code) : nullptr;
+  if (!info || !(info->range > 0.0f) || val.ny < 1) return;
   // The domain counts cells of the header's size, or of a kilometre where the header has none.
-  const float extent = static_cast<float>(val.ny) * (header.res > 0.0f ? header.res : 1.0f);
-  val.dx *= 2.0f * info->range / extent;
-  val.dy *= 2.0f * info->range / extent;
+  constexpr float SYMBOLS_RANGE = 230.0f;
+  const float cells = static_cast<float>(val.ny) * (header.res > 0.0f ? header.res : 1.0f);
+  const bool wide = info->coding == LevelCoding::Dba;
+  const float now = image ? cells / 2.0f : SYMBOLS_RANGE;
+  // The national grid is as wide as other maps.
+  if (wide) val.nx = val.ny * 3 / 2;
+  if (wide || (image && info->coding == LevelCoding::None) || val.proj == DomainVal::PIXEL) return;
+  val.dx *= info->range / now;
+  val.dy *= info->range / now;
 }
 
 ExactImage::ExactImage(const NidsFile& product, const NidsInfo& head, const ProductInfo& catalogue)
@@ -280,8 +294,6 @@ void ExactImage::paintRows(const NidsRaw& raw, const RowPlaces& places, double c
 
 void ExactImage::label(NidsInfo& to) const {
   const std::string unit = info.unit;
-  const bool named = !unit.empty() && unit != "class";
-  StrLib::printf(to.info, named ? "%s [%s]" : "%s", info.name, info.unit);
   // The words that the format has for range and extremes take the place of those of the header.
   std::string text;
   const std::string before = to.misc;

@@ -28,18 +28,24 @@ class ExactImage {
   /// Whether a value so many kilometres from the radar is left out.
   using Suppressed = std::function<bool(float value, float km)>;
 
-  /// Null where `exact` is not set, or the catalogue has no such image.
+  /// Whether `exact` is set, and the product is one of a radar.
+  static bool isMeant(const NidsInfo& header);
+  /// Null where it is not, or the catalogue has no such image.
   static std::unique_ptr<ExactImage> make(const NidsFile& product, const NidsInfo& header);
 
-  /// Makes a product's default domain as large as its range; where make() would make one.
-  static void fit(const NidsInfo& header, DomainVal& val);
+  /// The name that the catalogue has for a product, with its unit, in place of the stated one.
+  static void name(NidsInfo& header);
+  /// Makes a product's default domain as large as its range.
+  /// @param image  whether the domain counts its cells; that of symbols, tracks and generic packets reaches 230 km so
+  /// far
+  static void fit(const NidsInfo& header, bool image, DomainVal& val);
 
   ExactImage(const NidsFile& product, const NidsInfo& header, const ProductInfo& catalogue);
   /// @param own  a scale of the user's, taken as it is; null: the product's
   void chooseScale(ColorMap& colors, const ColorFill* own);
   const ColorFill& getScale() const { return scale; }
   void paint(const NidsRaw& raw, Plot& surface, const Suppressed& suppressed);
-  /// Puts name, unit, range and extremes as the format has them into the labels.
+  /// Puts range and extremes as the format has them into the label.
   void label(NidsInfo& header) const;
 
  private:

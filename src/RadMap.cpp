@@ -239,7 +239,7 @@ int RadMap::getDomain(Domain& domain) {
       val.dx *= SYMBOLS_EXTENT / extent;
       val.dy *= SYMBOLS_EXTENT / extent;
     }
-    if (image) ExactImage::fit(ahead_info, val);
+    ExactImage::fit(ahead_info, image, val);
     domain.set(val);
     if (Kyv::checkMessage(8)) {
       Kyv::outMessage(8, "NIDS Domain: ");
@@ -294,6 +294,7 @@ int RadMap::draw(Plot& surface) {
   Kyv::outMessage(8, "RadMap: reading file: %s\n", file.getName());
   if (!begun && !nids->readHeader(info)) return Kyv::note(Kyv::NODATA), 0;
   readVariables();
+  measured = ExactImage::isMeant(info);
   excess.reset();
   has_shapes = false;
   // A user's list of maps takes the place of the layer's own.

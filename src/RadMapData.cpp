@@ -78,8 +78,14 @@ void RadMap::drawRings(Plot& surface, const EarthPoint& radar, const PlotAttr& a
     surface.drawMark(radar);
   }
   if (dist[0] == 0.0f) return;
+  const DataPlane plane(nids->getDomainVal(), radar, surface, measured);
   for (const float km : dist) {
-    if (km != 0.0f && !Const::isMissing(km)) surface.drawCircle(radar, km);
+    if (km == 0.0f || Const::isMissing(km)) continue;
+    if (plane.geodesic) {
+      surface.drawLine(plane.ring(km));
+    } else {
+      surface.drawCircle(radar, km);
+    }
   }
 }
 

@@ -101,11 +101,11 @@ struct RadMap::Painter : DataPlane {
   Painter(RadMap& layer, Plot& surface);
 
   void chooseScale();
-  void paintRadials();
+  bool paintRadials();
   bool paintGeneric();
   void paintArray(float step);
-  void paintGrid();
-  void paintExact(ExactImage& image);
+  bool paintGrid();
+  bool paintExact(ExactImage& image);
   void paintVectors();
   void paintBarbs();
   void paintText();
@@ -128,7 +128,8 @@ struct RadMap::Painter : DataPlane {
 };
 
 RadMap::Painter::Painter(RadMap& layer, Plot& surface)
-    : DataPlane(layer.nids->getDomainVal(), EarthPoint(layer.info.lat, layer.info.lon), surface), map(layer) {
+    : DataPlane(layer.nids->getDomainVal(), EarthPoint(layer.info.lat, layer.info.lon), surface, layer.measured),
+      map(layer) {
   if (!plot.isDrawing(Plot::DRAW_PLOT)) map.plot = false;
 
   plot.getColorMap(colors);
@@ -204,18 +205,21 @@ void RadMap::Painter::paintCell(int entry, const Point& a, const Point& b, const
   plot.drawFill(cell);
 }
 
-void RadMap::Painter::paintRadials() {
+bool RadMap::Painter::paintRadials() {
   const float step = map.nids->getNrad() >= SUPER_RES_RADIALS ? 0.5f : 1.0f;
   map.nids->readData(map.ndata);
   paintArray(step);
+  return true;
 }
 
-void RadMap::Painter::paintExact(ExactImage& image) {
+bool RadMap::Painter::paintExact(ExactImage& image) {
   NidsRaw raw;
-  if (!map.nids->readLevels(raw) || !map.plot) return;
+  if (!(map.nids->isPacketGeneric() ? map.nids->readGeneric(raw) : map.nids->readLevels(raw))) return false;
+  if (!map.plot) return true;
   const bool any = !Const::isMissing(map.ramp[0]) || (!Const::isMissing(map.clutter) && map.clutter > 0);
   const auto suppressed = [this](float value, float km) { return isSuppressed(value, km); };
   image.paint(raw, plot, any ? ExactImage::Suppressed(suppressed) : nullptr);
+  return true;
 }
 
 bool RadMap::Painter::paintGeneric() {
@@ -266,9 +270,9 @@ void RadMap::Painter::paintArray(float step) {
   }
 }
 
-void RadMap::Painter::paintGrid() {
+bool RadMap::Painter::paintGrid() {
   map.nids->readData(map.ndata);
-  if (!map.plot) return;
+  if (!map.plot) return true;
   const NidsData& nd = map.ndata;
   const float c = map.info.cres;
   const float x0 = centre.x - static_cast<float>(map.info.nx - 1) * 0.5f * c;
@@ -300,6 +304,7 @@ void RadMap::Painter::paintGrid() {
       paintCell(entry, upper[i], upper[i + 1], lower[i + 1], lower[i]);
     }
   }
+  return true;
 }
 
 void RadMap::Painter::paintVectors() {
@@ -341,26 +346,23 @@ int RadMap::drawImage(Plot& surface) {
     surface.setColorMap(painter.colors);
     ndata = NidsData();
   }
-  const std::function<void()> paintImage = [&] {
-    if (exact) {
-      painter.paintExact(*exact);
-    } else if (nids->isPacketRadial()) {
-      painter.paintRadials();
-    } else {
-      painter.paintGrid();
-    }
+  const std::function<bool()> paintImage = [&] {
+    if (exact) return painter.paintExact(*exact);
+    if (nids->isPacketGeneric()) return painter.paintGeneric();
+    return nids->isPacketRadial() ? painter.paintRadials() : painter.paintGrid();
   };
   passed_over = false;
   do {
-    if (nids->isPacketRadial() || nids->isPacketRastor() || nids->isPacketDpa()) {
-      paintImage();
+    const bool image = nids->isPacketRadial() || nids->isPacketRastor() || nids->isPacketDpa();
+    if (image || nids->isPacketGeneric()) {
+      passed_over |= !paintImage() && !image;
     } else if (nids->isPacketVector()) {
       painter.paintVectors();
     } else if (nids->isPacketWindbarb()) {
       painter.paintBarbs();
     } else if (nids->isPacketText()) {
       painter.paintText();
-    } else if (!nids->isPacketGeneric() || !painter.paintGeneric()) {
+    } else {
       passed_over = true;
     }
   } while (nids->readPacket() > 0);
@@ -368,9 +370,11 @@ int RadMap::drawImage(Plot& surface) {
   const int last = nids->getPacketCode();
   passed_over = !nids->hasStopped() && (passed_over || (last > 0 && last != DIVIDER));
 
+  if (measured) ExactImage::name(info);
   if (exact) exact->label(info);
   setLabels(surface);
-  surface.setBar(painter.fill);
+  // What has no levels needs no key.
+  if (!measured || exact || nids->isVAD()) surface.setBar(painter.fill);
   return surface.done();
 }
 

@@ -173,7 +173,7 @@ int RadMap::drawStorm(Plot& surface, const StormAttr& storm) {
   const PlotAttr attr = getDataAttr(surface);
   Cell cell{surface, storm, DatumPlot(surface), EarthPoint(), Point()};
   cell.data.setAttr(attr);
-  const DataPlane plane(nids->getDomainVal(), EarthPoint(info.lat, info.lon), surface);
+  const DataPlane plane(nids->getDomainVal(), EarthPoint(info.lat, info.lon), surface, measured);
   const float range = Const::isMissing(storm.rad) ? storm.rad : storm.rad * NAUTICAL_MILE;
   if (!plane.fromPolar(storm.ang, range, cell.place)) return 1;
   cell.point = plane.seen(cell.place);
@@ -206,7 +206,7 @@ void RadMap::drawShapes(Plot& surface) {
   has_shapes = true;
   NidsDamage damage;
   if (again.getDamage(damage) && damage.kind == NidsDamage::EXCESS) excess = damage;
-  const DataPlane plane(nids->getDomainVal(), EarthPoint(info.lat, info.lon), surface);
+  const DataPlane plane(nids->getDomainVal(), EarthPoint(info.lat, info.lon), surface, measured);
   const PlotAttr attr = getDataAttr(surface);
   DatumPlot datums(surface);
   datums.setAttr(attr);

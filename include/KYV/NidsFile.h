@@ -160,6 +160,8 @@ class NidsFile {
   /// The radial component of a generic packet (28), at which readPacket() or readHeader() stopped, as an array like
   /// that of readData(). 1, with what could be decoded; 0 for another packet or component, d's array is then as it was.
   int readGeneric(NidsData& d);
+  /// The same with its levels as they stand.
+  int readGeneric(NidsRaw& image);
 
   /// Whether the body is encrypted, so that nothing of it can be read.
   bool isEncrypted() const { return data_type == ENCRYPTED; }
@@ -204,6 +206,8 @@ class NidsFile {
   float levelValue(int level) const;
   float thresValue(int level) const;
   // Image.
+  template <class Begin, class Take>
+  bool readComponent(Begin begin, Take take);
   int fetchLine();
   void describe(NidsData& d);
   void startRadials(NidsData& d, int radials, int bins, float bin_size) const;

@@ -132,6 +132,7 @@ class RadMap : public Drawing, public Listener {
   NidsInfo ahead_info;
   NidsInfo info;
   NidsData ndata;
+  bool measured = false;                // the frame's product is drawn as the radar measured it
   bool has_shapes = false;           // whether the product's symbols, tracks or contours were drawn
   std::optional<NidsDamage> excess;  // of those
   Date newest;                       // of the file that the resources have chosen

@@ -145,8 +145,10 @@ LevelTable::LevelTable(const NidsFile& product, const ProductInfo& info) : level
       const bool classes = scale == 0.0f || StrLib::equal(info.unit, "class");
       if (scale == 0.0f) scale = 1.0f;
       if (info.coding == LevelCoding::Hundreds) scale *= 100.0f;
-      const int leading = h.bits(6) ? static_cast<int>(h.bits(6)) : 2;
       const int most = h.bits(5) ? static_cast<int>(h.bits(5)) : LEVELS - 1;
+      // Where the header leaves it open, bytes have two flags; of the rates of rain, which are longer, only nothing is
+      // one.
+      const int leading = h.bits(6) ? static_cast<int>(h.bits(6)) : most < LEVELS ? 2 : 1;
       greatest = most - static_cast<int>(h.bits(7));
       longer = most >= LEVELS;
       for (int n = 1; n < std::min(leading, LEVELS); ++n) {

@@ -11,6 +11,7 @@
 #include "KYV/Kyv.h"
 #include "KYV/NidsData.h"
 #include "KYV/NidsFile.h"
+#include "KYV/NidsRaw.h"
 #include "NidsLimits.h"
 #include "NidsRead.h"
 #include "NidsSource.h"
@@ -99,22 +100,52 @@ bool skipDescription(Xdr& xdr) {
 
 }  // namespace
 
-int NidsFile::readGeneric(NidsData& d) {
+// Reads the radial component: calls begin(radials, bins, kilometres of a bin) for the first radial, which may be
+// refused, and take(start, width, words of the bins) for every one, as long as it answers true. Whether there was one.
+template <class Begin, class Take>
+bool NidsFile::readComponent(Begin begin, Take take) {
   short spare = 0;
   int length = 0;
-  if (!opened || pk_code != GENERIC || !readFields(*this, spare, length)) return 0;
+  if (!opened || pk_code != GENERIC || !readFields(*this, spare, length)) return false;
   pk_code = 0;  // the packet is read once
   Xdr xdr(*this, std::clamp(length, 0, MAX_BODY));
-  if (!skipDescription(xdr) || xdr.list(MAX_COMPONENTS) < 1) return 0;
+  if (!skipDescription(xdr) || xdr.list(MAX_COMPONENTS) < 1) return false;
   const int present = xdr.word();
-  if (present != 1 || xdr.word() != RADIAL_COMPONENT) return 0;
+  if (present != 1 || xdr.word() != RADIAL_COMPONENT) return false;
   xdr.text();  // description of the component
   const float bin_km = xdr.real() / METRES;
   xdr.skip(1);  // range of the first bin's middle
   xdr.skipParameters();
   const int radials = xdr.list(MAX_RADIALS);
-  if (!xdr || radials < 1) return 0;
+  if (!xdr || radials < 1) return false;
 
+  bool begun = false;
+  int n = 0;
+  for (; n < radials; n++) {
+    const float start = xdr.real();
+    xdr.skip(1);  // elevation
+    const float width = xdr.real();
+    const int bins = xdr.count(MAX_BINS);
+    const bool whole = xdr.text().find("float") == std::string_view::npos;
+    if (bins > 0 && xdr.word() != bins) break;
+    if (!xdr || !whole) break;
+    if (!begun && !begin(radials, bins, bin_km)) return false;
+    begun = true;
+    if (!RadialArray::isAzimuth(start)) {
+      warn("%s: a radial of %.2f degrees cannot be\n", file->getName(), static_cast<double>(start));
+      bad_angle = start;
+      break;
+    }
+    line.resize(static_cast<std::size_t>(bins) * WORD);
+    const bool read = xdr.read(line.data(), bins * WORD);
+    take(start, width, read ? static_cast<std::size_t>(bins) : 0);
+    if (!read) break;
+  }
+  if (begun) noteImage(n, radials, false);
+  return begun;
+}
+
+int NidsFile::readGeneric(NidsData& d) {
   // Which levels are values: flags stand below and above them.
   constexpr int HALF = 0xFFFF;
   const bool scaled = findProduct(code).levels == Levels::FloatPair;
@@ -127,34 +158,36 @@ int NidsFile::readGeneric(NidsData& d) {
     return std::isfinite(v) ? v : static_cast<float>(Const::MISS);
   };
 
-  describe(d);
   std::optional<RadialArray> array;
-  int n = 0;
-  for (; n < radials; n++) {
-    const float start = xdr.real();
-    xdr.skip(2);  // elevation, width
-    const int bins = xdr.count(MAX_BINS);
-    const bool whole = xdr.text().find("float") == std::string_view::npos;
-    if (bins > 0 && xdr.word() != bins) break;
-    if (!xdr || !whole) break;
-    if (!array) {
-      const bool sized = bin_km > 0.0f && bin_km < MAX_BIN && res > 0.0f;
-      startRadials(d, radials, bins, sized ? dom.dy * bin_km / res : dom.dy);
-      array.emplace(d);
-    }
-    if (!RadialArray::isAzimuth(start)) {
-      warn("%s: a radial of %.2f degrees cannot be\n", file->getName(), static_cast<double>(start));
-      bad_angle = start;
-      break;
-    }
-    line.resize(static_cast<std::size_t>(bins) * WORD);
+  const auto begin = [&](int radials, int bins, float bin_km) {
+    describe(d);
+    const bool sized = bin_km > 0.0f && bin_km < MAX_BIN && res > 0.0f;
+    startRadials(d, radials, bins, sized ? dom.dy * bin_km / res : dom.dy);
+    array.emplace(d);
+    return true;
+  };
+  return readComponent(begin, [&](float start, float, std::size_t bins) {
     const std::span<float> to = array->next(start);
-    if (!xdr.read(line.data(), bins * WORD)) break;
-    const std::size_t kept = std::min(to.size(), static_cast<std::size_t>(bins));
-    for (std::size_t i = 0; i < kept; i++) to[i] = value(Xdr::toWord(&line[i * WORD]));
-  }
-  if (array) noteImage(n, radials, false);
-  return array ? 1 : 0;
+    for (std::size_t i = 0; i < std::min(to.size(), bins); i++) to[i] = value(Xdr::toWord(&line[i * WORD]));
+  });
+}
+
+int NidsFile::readGeneric(NidsRaw& image) {
+  image = NidsRaw();
+  const auto begin = [&](int radials, int bins, float bin_km) {
+    if (bins < 1 || !spend(CELLS, std::int64_t{radials} * bins)) return false;
+    image.width = bins;
+    if (bin_km > 0.0f && bin_km < MAX_BIN) image.bin = bin_km * METRES;
+    return true;
+  };
+  return readComponent(begin, [&](float start, float width, std::size_t bins) {
+    image.rays.push_back({std::fmod(start, 360.0f), width});
+    image.levels.resize(image.levels.size() + static_cast<std::size_t>(image.width), NidsRaw::NONE);
+    std::int32_t* to = &image.levels[image.levels.size() - static_cast<std::size_t>(image.width)];
+    const std::size_t n = std::min(bins, static_cast<std::size_t>(image.width));
+    for (std::size_t i = 0; i < n; i++) to[i] = Xdr::toWord(&line[i * WORD]);
+    ++image.rows;
+  });
 }
 
 }  // namespace KYV

@@ -59,6 +59,7 @@ TEST(LevelTable, EveryCodingGivesTheValuesOfTheFormat) {
       {"correlation", 161, floats(300.0f, -60.5f, 255, 2, 0), 240, State::Value, 1.0016667f},
       {"classes", 165, floats(0.0f, 0.0f, 150, 0, 0), 100, State::Class, 100.0f},
       {"rate of rain, longer than a byte", 176, floats(1000.0f, 0.0f, 65535, 1, 0), 2500, State::Value, 2.5f},
+      {"the lightest rate", 176, floats(1000.0f, 0.0f, 65535, 0, 0), 1, State::Value, 0.001f},
       {"tops", 135, {0x7F, 1, 2, 0x80}, 52, State::Value, 50.0f},
       {"topped", 135, {0x7F, 1, 2, 0x80}, 0x80 + 52, State::Topped, 50.0f},
       {"storm total", 138, {0, 1, 256}, 150, State::Value, 1.5f},
