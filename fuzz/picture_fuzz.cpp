@@ -10,8 +10,10 @@ namespace {
 
 constexpr std::size_t FRONT = 400;  // bytes where headers stand
 
-void drawProduct(const char* name) {
+// @param exact  as the radar measured it
+void drawProduct(const char* name, bool exact) {
   KYV::Plot& plot = getSurface();
+  KYV::Kyv::setResrc("exact", exact ? "yes" : "no");
   KYV::RadMap layer(
       "va=cid,tvs,meso,posh,hsize,vil,dbzm,ctop,cmvmt,cstat,comp,track,table,site,dist=50:100,ramp=5:100");
   KYV::Domain domain;
@@ -24,7 +26,9 @@ void drawProduct(const char* name) {
 
 Damage makeDamage() {
   getSurface();
-  Damage damage("picture_fuzz", {drawProduct}, FRONT);
+  Damage damage("picture_fuzz",
+                {[](const char* name) { drawProduct(name, false); }, [](const char* name) { drawProduct(name, true); }},
+                FRONT);
   damage.forms = [](const Damage::Bytes& whole) {
     return std::vector<std::pair<std::string, Damage::Bytes>>{{"unpacked", unpackBody(whole)}};
   };

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <iterator>
+#include <string_view>
 
 #include "ExactImage.h"
 #include "KYV/CityData.h"
@@ -15,6 +16,7 @@
 #include "KYV/OwnResrc.h"
 #include "KYV/ParamTable.h"
 #include "KYV/Plot.h"
+#include "KYV/ProductInfo.h"
 #include "KYV/TimeSpec.h"
 
 namespace KYV {
@@ -295,6 +297,16 @@ int RadMap::draw(Plot& surface) {
   if (!begun && !nids->readHeader(info)) return Kyv::note(Kyv::NODATA), 0;
   readVariables();
   measured = ExactImage::isMeant(info);
+  const ProductInfo* product = measured ? ProductInfo::find(info.code) : nullptr;
+  if (product && !product->isDrawn()) {
+    Kyv::report(Kyv::NODATA, "%s is product %d, %s: its %s is not drawn\n", file.getName(), product->code,
+                product->name, product->drawn + std::string_view("nothing: ").size());
+    return 0;
+  }
+  if (measured && !product) {
+    Kyv::report(Kyv::MISC, "%s is product %d, which the format does not have; it is drawn by its packets alone\n",
+                file.getName(), info.code);
+  }
   excess.reset();
   has_shapes = false;
   // A user's list of maps takes the place of the layer's own.

@@ -7,5 +7,8 @@ namespace KYV {
 /// needed are loaded for it, or named as missing.
 void printVersion();
 
+/// The products that the public format has, a line each, and what of them is drawn.
+void printProducts();
+
 }  // namespace KYV
 #endif

@@ -60,6 +60,7 @@ Kyv::Error run(int argc, char** argv) {
   const Strings args(argc, argv);
   ResrcDB::create(args, keyed, positional, own);
   if (Kyv::getResrcBool("version")) return printVersion(), Kyv::NOERR;
+  if (Kyv::getResrcBool("products")) return printProducts(), Kyv::NOERR;
   if (Prog::printHelp(keyed, positional, "This program displays NIDS radar data")) {
     ResrcDB::printOwn(own);
     return Kyv::NOERR;

@@ -2,6 +2,7 @@
 #define KYV_PRODUCTINFO_H
 
 #include <span>
+#include <string_view>
 
 namespace KYV {
 
@@ -28,8 +29,10 @@ struct ProductInfo {
   float cell;        // km, of a bin or cell; 0 without an image
   float range;       // km; 0 without one
   LevelCoding coding;
-  bool elevated;  // of one elevation angle, which parameter 3 has in tenths of a degree
+  bool elevated;      // of one elevation angle, which parameter 3 has in tenths of a degree
+  const char* drawn;  // what of it a picture shows; "nothing: " and what it has that is not drawn
 
+  bool isDrawn() const { return !std::string_view(drawn).starts_with("nothing"); }
   static std::span<const ProductInfo> getAll();
   /// Null for a code that the format does not have.
   static const ProductInfo* find(int code);

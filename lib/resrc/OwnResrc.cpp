@@ -26,6 +26,7 @@ constexpr OwnResrc::Option OPTIONS[] = {
     {"exact",    "kyvexact",   "xa", Kind::Flag,  "-exact       Places, values and colours as the radar measured them"},
     {"max_age",  "kyvmaxage",  "mx", Kind::Age,   "-mx age      Older data are marked: minutes, or 2h, 1d"},
     {"net_time", "kyvnettime", "nt", Kind::Count, "-nt seconds  Time for all transfers of the run (30)"},
+    {"products", "kyvproducts", "Pr", Kind::Flag,  "-products    Print the table of products"},
     {"version",  "kyvversion", "V",  Kind::Flag,  "-version     Print version, build and libraries"},
 };
 // clang-format on

@@ -141,6 +141,18 @@ TEST_F(ExactRun, EveryRadialIsDrawnWhereItIs) {
   EXPECT_LT(page.cells[3][0].y, page.cells[2][0].y);
 }
 
+TEST_F(ExactRun, WhatCannotBeDrawnIsExplained) {
+  NidsBuilder b = begin(62, {});
+  b.page().text(8, 1, 10, 10, "STORM");
+  program.write("p.nids", b.bytes());
+  const Program::Result r = program.run("-strict -exact -ou a.png p.nids");
+  EXPECT_EQ(10, r.status);
+  EXPECT_NE(std::string::npos, r.output.find("p.nids is product 62, Storm structure: its text is not drawn\n"))
+      << r.output;
+  EXPECT_NE(std::string::npos,
+            program.run("-products").output.find("153  N0B ...         Super-resolution reflectivity"));
+}
+
 // Half of the cells on either side of the radar, in both directions.
 TEST_F(ExactRun, TheRadarIsInTheMiddleOfAGrid) {
   NidsBuilder b = begin(37, {0x8002, 5, 10});
