@@ -118,15 +118,16 @@ void runMade(benchmark::State& state, Part part) {
 }
 
 // The program itself, from its start to its end.
-void runProcess(benchmark::State& state, const std::string& file) {
+// @param exact  "yes" draws what the radar measured
+void runProcess(benchmark::State& state, const std::string& file, const char* exact) {
   if (file.empty()) return state.SkipWithError("no such sample");
   long most = 0;
   for (auto _ : state) {
     const pid_t child = fork();
     if (child == 0) {
       const std::string data = RADMAP_SOURCE_DIR "/data";
-      execl(RADMAP_EXE, "radmap", "-me", "none", "-fp", data.c_str(), "-de", "raster", "-ge", "900x600", "-ou", PICTURE,
-            file.c_str(), static_cast<char*>(nullptr));
+      execl(RADMAP_EXE, "radmap", "-me", "none", "-fp", data.c_str(), "-de", "raster", "-ge", "900x600", "-exact",
+            exact, "-ou", PICTURE, file.c_str(), static_cast<char*>(nullptr));
       _exit(1);
     }
     int status = 0;
@@ -137,11 +138,13 @@ void runProcess(benchmark::State& state, const std::string& file) {
   state.counters["MB"] = static_cast<double>(most) / 1024.0;
 }
 
-void runProcessSample(benchmark::State& state, const char* beginning) { runProcess(state, findSample(beginning)); }
+void runProcessSample(benchmark::State& state, const char* beginning, const char* exact) {
+  runProcess(state, findSample(beginning), exact);
+}
 
 void runProcessMade(benchmark::State& state) {
   const BenchFile file(makeProduct(Kind::Bytes1840));
-  runProcess(state, file.getName());
+  runProcess(state, file.getName(), "no");
 }
 
 #define PICTURE_PARTS(run, name, ...)                                                                        \
@@ -154,8 +157,14 @@ void runProcessMade(benchmark::State& state) {
 PICTURE_PARTS(runSample, KTLX_N0Q, "KTLX_N0Q");
 PICTURE_PARTS(runSample, KFTG_N0B, "KFTG_N0B");
 PICTURE_PARTS(runMade, filled_720x1840);
-BENCHMARK_CAPTURE(runProcessSample, KTLX_N0Q, "KTLX_N0Q")->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(runProcessSample, KFTG_N0B, "KFTG_N0B")->Unit(benchmark::kMillisecond)->UseRealTime();
+#define PICTURE_PROCESS(name)                                                                           \
+  BENCHMARK_CAPTURE(runProcessSample, name, #name, "no")->Unit(benchmark::kMillisecond)->UseRealTime(); \
+  BENCHMARK_CAPTURE(runProcessSample, name##_exact, #name, "yes")->Unit(benchmark::kMillisecond)->UseRealTime()
+
+PICTURE_PROCESS(KTLX_N0Q);
+PICTURE_PROCESS(KFTG_N0B);
+PICTURE_PROCESS(KLZK_H0W);
+PICTURE_PROCESS(KLOT_DTA);
 BENCHMARK(runProcessMade)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
