@@ -4,12 +4,14 @@
 #include <cmath>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "ExactScales.h"
 #include "KYV/ColorMap.h"
+#include "KYV/EarthPoint.h"
+#include "KYV/Geodesic.h"
 #include "KYV/Kyv.h"
 #include "KYV/NidsFile.h"
-#include "KYV/NidsRaw.h"
 #include "KYV/Plot.h"
 #include "KYV/ProductInfo.h"
 
@@ -187,7 +189,9 @@ void ExactImage::setExtremes(const NidsRaw& raw) {
   }
 }
 
-void ExactImage::paint(const NidsRaw& raw, Plot& surface, const Suppressed& suppressed) {
+void ExactImage::paint(NidsRaw raw_image, Plot& surface, const Suppressed& suppressed) {
+  image = std::move(raw_image);
+  const NidsRaw& raw = image;
   const double cell = cellOf(raw);
   if (!(cell > 0.0) || raw.rows < 1) return;
   setExtremes(raw);
@@ -324,6 +328,47 @@ void ExactImage::label(NidsInfo& to) const {
     text += part;
   }
   StrLib::copy(to.misc, text.c_str());
+}
+
+std::string ExactImage::describe(const EarthPoint& place) const {
+  constexpr const char* WORDS[] = {"", "below threshold", "no data", "range folded", "",
+                                   "", "no such level"};  // by State
+  const Geodesic::Way way =
+      Geodesic::between({site.lat, site.lon}, {static_cast<double>(place.lat), static_cast<double>(place.lon)});
+  const Beam beam(site.elevation, site.antenna);
+  const double slant = site.elevated ? beam.slantRange(way.metres) : way.metres;
+  const double cell = cellOf(image);
+  int level = NidsRaw::NONE;
+  if (image.grid && info.coding != LevelCoding::Dba) {
+    const double x = way.metres * std::sin(way.azimuth * Const::DRC),
+                 y = way.metres * std::cos(way.azimuth * Const::DRC);
+    const int column = static_cast<int>(std::floor(x / cell + 0.5 * image.width));
+    const int row = static_cast<int>(std::floor(0.5 * image.width - y / cell));
+    if (column >= 0 && column < image.width && row >= 0 && row < image.rows) level = image.get(row, column);
+  } else if (!image.grid) {
+    const double bin = slant / cell - image.first;
+    for (std::size_t r = 0; r < image.rays.size(); ++r) {
+      const double from = std::fmod(way.azimuth - static_cast<double>(image.rays[r].start) + 720.0, 360.0);
+      if (from < static_cast<double>(image.rays[r].width) && bin >= 0.0 && bin < image.width) {
+        level = image.get(static_cast<int>(r), static_cast<int>(bin));
+      }
+    }
+  }
+  const Level l = table.get(level);
+  char text[200];
+  std::string what = level < 0 ? "no data" : l.hasValue() ? "" : WORDS[static_cast<int>(l.state)];
+  if (level >= 0 && l.hasValue()) {
+    StrLib::printf(text, "%s%.*f %s%s", l.sign, decimalsOf(info.unit), static_cast<double>(l.value), info.unit,
+                   l.state == State::Topped ? " or more" : "");
+    what = text;
+  }
+  StrLib::printf(text, "%s, azimuth %.1f, range %.1f km", what.c_str(), way.azimuth, way.metres / 1000.0);
+  what = text;
+  if (site.elevated) {
+    StrLib::printf(text, ", beam height %.2f km", beam.height(slant) / 1000.0);
+    what += text;
+  }
+  return what;
 }
 
 }  // namespace KYV

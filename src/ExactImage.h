@@ -4,12 +4,14 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "KYV/ColorFill.h"
 #include "KYV/DomainVal.h"
 #include "KYV/LevelTable.h"
 #include "KYV/NidsInfo.h"
+#include "KYV/NidsRaw.h"
 #include "KYV/Places.h"
 #include "KYV/Point.h"
 #include "KYV/Points.h"
@@ -18,7 +20,7 @@ namespace KYV {
 
 class NidsFile;
 class Plot;
-struct NidsRaw;
+struct EarthPoint;
 struct ProductInfo;
 
 /// A product's image as the radar measured it: every level by the published format, every cell where its beam was. It
@@ -44,7 +46,10 @@ class ExactImage {
   /// @param own  a scale of the user's, taken as it is; null: the product's
   void chooseScale(ColorMap& colors, const ColorFill* own);
   const ColorFill& getScale() const { return scale; }
-  void paint(const NidsRaw& raw, Plot& surface, const Suppressed& suppressed);
+  /// @param raw  kept for describe()
+  void paint(NidsRaw raw, Plot& surface, const Suppressed& suppressed);
+  /// What the image painted last has at a place: value with unit or the state in words, azimuth, range, beam height.
+  std::string describe(const EarthPoint& place) const;
   /// Puts range and extremes as the format has them into the label.
   void label(NidsInfo& header) const;
 
@@ -66,6 +71,7 @@ class ExactImage {
   int folded = -1, no_data = -1;  // entries of the flags
   float least = Const::MISS, most = Const::MISS;
   Points polygon;  // reused
+  NidsRaw image;   // the last that was painted
 };
 
 }  // namespace KYV

@@ -415,6 +415,11 @@ void RadMap::callback(const char* name, const char* value, const void*) {
   if (!StrLib::equal(name, "QueryLoc") || !value) return;
   EarthPoint e;
   if (std::sscanf(value, "%f,%f", &e.lat, &e.lon) != 2) return;
+  if (exact) {
+    std::printf("RadMap value [%.3f,%.3f]: %s\n", static_cast<double>(e.lat), static_cast<double>(e.lon),
+                exact->describe(e).c_str());
+    return;
+  }
   Point p;
   ndata.domain.tran(e, p);
   const float factor = ndata.domain.getMapFactor(e);

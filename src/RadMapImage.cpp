@@ -3,6 +3,7 @@
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "DataPlane.h"
@@ -218,7 +219,7 @@ bool RadMap::Painter::paintExact(ExactImage& image) {
   if (!map.plot) return true;
   const bool any = !Const::isMissing(map.ramp[0]) || (!Const::isMissing(map.clutter) && map.clutter > 0);
   const auto suppressed = [this](float value, float km) { return isSuppressed(value, km); };
-  image.paint(raw, plot, any ? ExactImage::Suppressed(suppressed) : nullptr);
+  image.paint(std::move(raw), plot, any ? ExactImage::Suppressed(suppressed) : nullptr);
   return true;
 }
 
@@ -339,7 +340,7 @@ void RadMap::Painter::paintText() {
 int RadMap::drawImage(Plot& surface) {
   Painter painter(*this, surface);
   // The one place that chooses how images are drawn.
-  const std::unique_ptr<ExactImage> exact = ExactImage::make(*nids, info);
+  exact = ExactImage::make(*nids, info);
   if (exact) {
     exact->chooseScale(painter.colors, painter.own ? &painter.fill : nullptr);
     painter.fill = exact->getScale();

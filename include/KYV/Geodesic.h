@@ -14,6 +14,13 @@ class Geodesic {
   /// @param lat, lon  of the start
   /// @param azimuth   degrees from north, clockwise
   Geodesic(double lat, double lon, double azimuth);
+  /// Distance and azimuth from one place to another: degrees from north, clockwise; 0 for places that are the same.
+  struct Way {
+    double metres;
+    double azimuth;
+  };
+  /// Good to a millimetre for places that are not on opposite sides of the earth.
+  static Way between(const Place& from, const Place& to);
   /// The place so many metres along it, up to half the earth's circumference; good to a millimetre.
   Place at(double metres) const;
 
@@ -37,6 +44,8 @@ class Beam {
   /// Metres along the sea level, and above it, of the point so many metres along the beam.
   double groundRange(double slant) const;
   double height(double slant) const;
+  /// Metres along the beam of the point above a place so many metres away.
+  double slantRange(double ground) const;
 
  private:
   double sin_e, cos_e, start;

@@ -19,6 +19,7 @@
 
 namespace KYV {
 
+class ExactImage;
 struct EarthPoint;
 struct ParamAnswer;
 struct ParamItem;
@@ -132,12 +133,13 @@ class RadMap : public Drawing, public Listener {
   NidsInfo ahead_info;
   NidsInfo info;
   NidsData ndata;
-  bool measured = false;                // the frame's product is drawn as the radar measured it
-  bool has_shapes = false;           // whether the product's symbols, tracks or contours were drawn
-  std::optional<NidsDamage> excess;  // of those
-  Date newest;                       // of the file that the resources have chosen
-  bool told_age = false;             // that the data found for now are old
-  bool passed_over = false;          // whether the product has packets that its image does not show
+  std::shared_ptr<ExactImage> exact;  // of the frame, where it is drawn so
+  bool measured = false;              // the frame's product is drawn as the radar measured it
+  bool has_shapes = false;            // whether the product's symbols, tracks or contours were drawn
+  std::optional<NidsDamage> excess;   // of those
+  Date newest;                        // of the file that the resources have chosen
+  bool told_age = false;              // that the data found for now are old
+  bool passed_over = false;           // whether the product has packets that its image does not show
 };
 
 }  // namespace KYV

@@ -51,6 +51,9 @@ TEST(Geodesic, EveryRangeAndAzimuthAgreesWithTheReferee) {
     const Geodesic::Place p = Geodesic(lat, lon, azimuth).at(metres);
     EXPECT_NEAR(lat2, p.lat, 0.01 * METRE) << lat << " " << azimuth << " " << metres;
     EXPECT_NEAR(lon2, p.lon, 0.03 * METRE) << lat << " " << azimuth << " " << metres;
+    const Geodesic::Way way = Geodesic::between({lat, -97.278}, {lat2, lon2});
+    EXPECT_NEAR(metres, way.metres, 0.01) << lat << " " << azimuth;
+    EXPECT_NEAR(0.0, std::remainder(azimuth - way.azimuth, 360.0), 2e-4) << lat << " " << metres;
     ++n;
   }
   EXPECT_EQ(6 * 22 * 4, n);
@@ -67,6 +70,7 @@ TEST(Beam, StraightAboveAnEarthOfFourThirds) {
       const double far = std::sqrt(a * a + slant * slant - 2.0 * a * slant * std::cos(angle));
       EXPECT_NEAR(far - R, beam.height(slant), 0.01);
       EXPECT_NEAR(R * std::acos((a * a + far * far - slant * slant) / (2.0 * a * far)), beam.groundRange(slant), 2.0);
+      EXPECT_NEAR(slant, beam.slantRange(beam.groundRange(slant)), 0.01);
     }
   }
   EXPECT_NEAR(16850.0, Beam(0.5, 390.0).height(460000.0), 20.0);  // 390 m, 4.01 km up and 12.45 km by the bend

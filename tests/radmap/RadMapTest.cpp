@@ -151,6 +151,40 @@ TEST_F(RadMapLayer, AQueryAnswersWithTheBinThatIsDrawnThere) {
   EXPECT_EQ("", testing::internal::GetCapturedStdout());
 }
 
+// 300 bins of 250 m towards the south: wind up to 50 km, then an echo of unknown range.
+TEST_F(RadMapLayer, AnExactPictureAnswersWithUnitStateAndBeam) {
+  Kyv::setResrc("exact", "yes");
+  NidsBuilder product;
+  product.header(99, 9).location(LAT, LON).thresholds({-635, 5, 254}).height(1000).param(3, 5);
+  std::vector<unsigned char> levels(200, 149);
+  levels.resize(300, 1);
+  product.digital(300).digitalRadial(179.5f, 1.0f, levels);
+  RadMap layer;
+  layer.setFilename(write(product).c_str());
+  Figure figure;
+  testing::internal::CaptureStdout();
+  ASSERT_EQ(1, figure.open());
+  Domain domain;
+  layer.getDomain(domain);
+  figure.startPlot(domain);
+  figure.draw(layer);
+  testing::internal::GetCapturedStdout();
+  // South of the radar a degree of latitude has 110.95 km; 40 km away the beam is 0.3 km above the antenna and has
+  // risen by 0.09 km more.
+  const struct {
+    float km;
+    const char* answer;
+  } CASES[] = {{40.0f, ": 10.0 m/s, azimuth 180.0, range 40.0 km, beam height 0.75 km"},
+               {60.0f, ": range folded, azimuth 180.0, range 60.0 km"},
+               {90.0f, ": no data, azimuth 180.0, range 90.0 km"}};
+  for (const auto& c : CASES) {
+    testing::internal::CaptureStdout();
+    layer.callback("QueryLoc", (std::to_string(LAT - c.km / 110.95f) + "," + std::to_string(LON)).c_str(), nullptr);
+    const std::string answer = testing::internal::GetCapturedStdout();
+    EXPECT_NE(std::string::npos, answer.find(c.answer)) << answer;
+  }
+}
+
 // Files at 10:00 and 10:07, now is 10:30.
 TEST_F(RadMapLayer, StationAndProductFindFilesByAnyConvention) {
   const std::string content = toString(NidsBuilder().header(19, 9).location(LAT, LON).bytes());
