@@ -13,7 +13,8 @@ struct NidsRaw {
     float start;  // degrees from north, clockwise, 0 to 360
     float width;  // degrees
   };
-  static constexpr int NONE = -1;  // a bin or cell that the product says nothing of
+  static constexpr int NONE = -1;          // a bin or cell that the product says nothing of
+  static constexpr int MAX_LEVEL = 65535;  // more than two bytes are no level
 
   bool grid = false;                 // rows of cells from the north-west, else radials
   int width = 0;                     // bins of a radial, cells of a row

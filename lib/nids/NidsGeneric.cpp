@@ -185,7 +185,10 @@ int NidsFile::readGeneric(NidsRaw& image) {
     image.levels.resize(image.levels.size() + static_cast<std::size_t>(image.width), NidsRaw::NONE);
     std::int32_t* to = &image.levels[image.levels.size() - static_cast<std::size_t>(image.width)];
     const std::size_t n = std::min(bins, static_cast<std::size_t>(image.width));
-    for (std::size_t i = 0; i < n; i++) to[i] = Xdr::toWord(&line[i * WORD]);
+    for (std::size_t i = 0; i < n; i++) {
+      const int level = Xdr::toWord(&line[i * WORD]);
+      to[i] = level >= 0 && level <= NidsRaw::MAX_LEVEL ? level : NidsRaw::NONE;
+    }
     ++image.rows;
   });
 }

@@ -153,6 +153,15 @@ TEST_F(ExactRun, WhatCannotBeDrawnIsExplained) {
             program.run("-products").output.find("153  N0B ...         Super-resolution reflectivity"));
 }
 
+// Words that are no levels cost no memory and draw nothing.
+TEST_F(ExactRun, LongLevelsAreLimited) {
+  NidsBuilder b = begin(176, {0x447A, 0, 0, 0, 0, 0xFFFF, 0, 0});
+  b.generic({{2500, 0x7E500000, 1, 0}});
+  const Page page = draw(b.bytes(), "-exact");
+  EXPECT_EQ(2u, page.cells.size());
+  EXPECT_TRUE(page.says("Mx=2.50"));
+}
+
 // Half of the cells on either side of the radar, in both directions.
 TEST_F(ExactRun, TheRadarIsInTheMiddleOfAGrid) {
   NidsBuilder b = begin(37, {0x8002, 5, 10});
